@@ -1,0 +1,25 @@
+# Compile options shared by every target, and the switches behind the presets.
+
+set(NOCTRA_SANITIZE "" CACHE STRING "Value for -fsanitize, e.g. address,undefined or thread")
+option(NOCTRA_WERROR "Treat warnings as errors" OFF)
+
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+    set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "Build type" FORCE)
+endif()
+
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+find_package(Threads REQUIRED)
+
+add_library(noctra_options INTERFACE)
+target_compile_features(noctra_options INTERFACE cxx_std_20)
+target_include_directories(noctra_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(noctra_options INTERFACE -Wall -Wextra -Wpedantic)
+if(NOCTRA_WERROR)
+    target_compile_options(noctra_options INTERFACE -Werror)
+endif()
+if(NOCTRA_SANITIZE)
+    target_compile_options(noctra_options INTERFACE
+        -fsanitize=${NOCTRA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    target_link_options(noctra_options INTERFACE -fsanitize=${NOCTRA_SANITIZE})
+endif()
+set(CMAKE_CXX_EXTENSIONS OFF)

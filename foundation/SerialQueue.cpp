@@ -1,0 +1,74 @@
+#include "foundation/SerialQueue.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
+
+namespace noctra {
+
+SerialQueue::SerialQueue(std::string label) : label_(std::move(label)) {}
+
+SerialQueue::~SerialQueue() {
+    {
+        std::unique_lock lock(mutex_);
+        ending_ = true;
+        changed_.notify_all();
+        changed_.wait(lock, [this] { return nowServing_ == nextTurn_; });
+    }
+    if (worker_.joinable())
+        worker_.join();
+}
+
+void SerialQueue::sync(FunctionRef<void()> work) {
+    std::unique_lock lock(mutex_);
+    if (runner_ == std::this_thread::get_id()) {
+        std::fprintf(stderr,
+                     "noctra: programming error: sync on queue %s from inside its own work\n",
+                     label_.c_str());
+        std::abort();
+    }
+    const std::uint64_t turn = nextTurn_++;
+    changed_.wait(lock, [&] { return nowServing_ == turn; });
+    runTurn(lock, work);
+}
+
+void SerialQueue::async(std::function<void()> work) {
+    const std::unique_lock lock(mutex_);
+    pending_.push_back({nextTurn_++, std::move(work)});
+    if (!worker_.joinable())
+        worker_ = std::thread([this] { workerLoop(); });
+    changed_.notify_all();
+}
+
+bool SerialQueue::isRunningHere() const {
+    const std::unique_lock lock(mutex_);
+    return runner_ == std::this_thread::get_id();
+}
+
+void SerialQueue::runTurn(std::unique_lock<std::mutex>& lock, FunctionRef<void()> work) {
+    runner_ = std::this_thread::get_id();
+    lock.unlock();
+    work();
+    lock.lock();
+    runner_ = {};
+    ++nowServing_;
+    changed_.notify_all();
+}
+
+void SerialQueue::workerLoop() {
+    std::unique_lock lock(mutex_);
+    for (;;) {
+        changed_.wait(lock, [this] {
+            return pending_.empty() ? ending_ : pending_.front().turn == nowServing_;
+        });
+        if (pending_.empty())
+            return;
+        {
+            const std::function<void()> work = std::move(pending_.front().work);
+            pending_.pop_front();
+            runTurn(lock, work);
+        }
+    }
+}
+
+} // namespace noctra

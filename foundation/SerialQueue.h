@@ -1,0 +1,62 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <thread>
+
+#include "foundation/FunctionRef.h"
+
+namespace noctra {
+
+/// Runs pieces of work one at a time, in the order in which they were submitted.
+///
+/// Synchronous work runs on the submitting thread (no hand-over to another thread and back), as
+/// soon as everything submitted before it has finished; asynchronous work runs on a thread that the
+/// queue starts the first time it needs one. Any thread may submit. Work must not throw.
+class SerialQueue {
+public:
+    explicit SerialQueue(std::string label);
+    SerialQueue(const SerialQueue&) = delete;
+    SerialQueue& operator=(const SerialQueue&) = delete;
+    /// Waits for the work submitted so far.
+    ~SerialQueue();
+
+    [[nodiscard]] const std::string& label() const { return label_; }
+
+    /// Runs `work` and returns when it has finished. Allocates nothing. Calling it from inside the
+    /// queue's own work would wait for itself: that is a programming error, and the process stops
+    /// with a message that names the queue.
+    void sync(FunctionRef<void()> work);
+
+    /// Queues `work` and returns at once. Allowed from inside the queue's own work.
+    void async(std::function<void()> work);
+
+    /// True on the thread that is running a piece of this queue's work right now.
+    [[nodiscard]] bool isRunningHere() const;
+
+private:
+    struct Pending {
+        std::uint64_t turn;
+        std::function<void()> work;
+    };
+
+    void runTurn(std::unique_lock<std::mutex>& lock, FunctionRef<void()> work);
+    void workerLoop();
+
+    const std::string label_;
+    mutable std::mutex mutex_;
+    std::condition_variable changed_;
+    // Guarded by mutex_:
+    std::uint64_t nextTurn_ = 0;   // the turn the next submission gets
+    std::uint64_t nowServing_ = 0; // the turn that may run now
+    std::deque<Pending> pending_;
+    std::thread::id runner_;
+    bool ending_ = false;
+    std::thread worker_;
+};
+
+} // namespace noctra

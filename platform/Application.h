@@ -1,0 +1,24 @@
+#pragma once
+
+#include <functional>
+
+namespace noctra {
+
+/// The desktop's view of the running program. Main thread.
+class Application {
+public:
+    virtual ~Application() = default;
+
+    /// Declares the program an agent: no main window, no entry among the running applications.
+    virtual void becomeAgent() = 0;
+
+    /// Asks for normal termination: once the current work is done, the will-terminate handler runs
+    /// and the process ends with `status`. Returns at once.
+    virtual void terminate(int status) = 0;
+
+    /// Runs `handler` once on every normal termination (`terminate`, log-out, the terminal that the
+    /// program was started from hanging up), before anything is torn down.
+    virtual void onWillTerminate(std::function<void()> handler) = 0;
+};
+
+} // namespace noctra

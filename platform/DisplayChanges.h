@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include "platform/GammaTables.h"
+
+namespace noctra {
+
+/// What happens to a display in a reconfiguration: a set of bits, of which the program tests three.
+using DisplayChangeFlags = std::uint32_t;
+inline constexpr DisplayChangeFlags displayChangeBegins = 1;
+inline constexpr DisplayChangeFlags displayAdded = 16;
+inline constexpr DisplayChangeFlags displayRemoved = 32;
+
+/// Says when the displays change and when the machine wakes.
+class DisplayChanges {
+public:
+    struct Handlers {
+        /// The machine woke from sleep. Main thread.
+        std::function<void()> woke;
+        /// The set of screens or their geometry changed. Main thread.
+        std::function<void()> screenParametersChanged;
+        /// Once with `displayChangeBegins` before a reconfiguration and once per affected display
+        /// after it. Any thread.
+        std::function<void(DisplayId, DisplayChangeFlags)> reconfigured;
+    };
+
+    virtual ~DisplayChanges() = default;
+
+    /// Called once; the handlers stay for the life of the process.
+    virtual void setHandlers(Handlers handlers) = 0;
+};
+
+} // namespace noctra

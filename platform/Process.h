@@ -1,0 +1,36 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "foundation/Clock.h"
+
+namespace noctra {
+
+enum class TerminationSignal { interrupt, terminate };
+
+/// The process that the program runs in.
+class Process {
+public:
+    virtual ~Process() = default;
+
+    /// The value of an environment variable; nothing when it is not set. Any thread.
+    [[nodiscard]] virtual std::optional<std::string> environment(std::string_view name) const = 0;
+
+    /// From now on SIGINT and SIGTERM are answered with `handler` instead of ending the process. It
+    /// runs at most once, on a thread of its own that does nothing else; signals that follow while
+    /// it runs are ignored. Call once.
+    virtual void onTerminationSignal(std::function<void(TerminationSignal)> handler) = 0;
+
+    /// Ends the process with `status` when `delay` has passed, whatever its threads are waiting for
+    /// then. The first call counts. Any thread.
+    virtual void endAfter(Seconds delay, int status) = 0;
+
+    /// Ends the process at once, without running destructors of static objects. Any thread. Returns
+    /// only on the simulated desktop.
+    virtual void endNow(int status) = 0;
+};
+
+} // namespace noctra

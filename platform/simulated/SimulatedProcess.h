@@ -1,0 +1,50 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "platform/Process.h"
+
+namespace noctra {
+
+/// A process that records its own end and goes on.
+class SimulatedProcess : public Process {
+public:
+    void setEnvironment(const std::string& name, const std::string& value) {
+        environment_[name] = value;
+    }
+    /// Answers a signal as the real process would, on the calling thread; false when nothing has
+    /// been installed to answer it (the process would have died).
+    bool deliver(TerminationSignal signal) {
+        if (handler_)
+            std::exchange(handler_, nullptr)(signal);
+        else
+            return false;
+        return true;
+    }
+
+    std::optional<int> endedWith;
+    std::optional<Seconds> endsAfter;
+
+    [[nodiscard]] std::optional<std::string> environment(std::string_view name) const override {
+        const auto found = environment_.find(std::string(name));
+        return found == environment_.end() ? std::nullopt : std::optional(found->second);
+    }
+    void onTerminationSignal(std::function<void(TerminationSignal)> handler) override {
+        handler_ = std::move(handler);
+    }
+    void endAfter(Seconds delay, int) override {
+        if (!endsAfter)
+            endsAfter = delay;
+    }
+    void endNow(int status) override { endedWith = status; }
+
+private:
+    std::map<std::string, std::string> environment_;
+    std::function<void(TerminationSignal)> handler_;
+};
+
+} // namespace noctra

@@ -1,0 +1,97 @@
+#pragma once
+
+// The small services of the simulated desktop: each records what is asked of it and answers what a
+// test has told it to.
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/Application.h"
+#include "platform/Backlight.h"
+#include "platform/DisplayChanges.h"
+#include "platform/LineOutput.h"
+#include "platform/LoginItem.h"
+#include "platform/SystemInfo.h"
+#include "platform/UrlChannel.h"
+
+namespace noctra {
+
+class SimulatedApplication : public Application {
+public:
+    bool isAgent = false;
+    std::optional<int> terminatedWith;
+    std::function<void()> willTerminate;
+
+    void becomeAgent() override { isAgent = true; }
+    void terminate(int status) override { terminatedWith = status; }
+    void onWillTerminate(std::function<void()> handler) override {
+        willTerminate = std::move(handler);
+    }
+};
+
+class SimulatedUrlChannel : public UrlChannel {
+public:
+    std::string missing; ///< why nothing can arrive; empty: all is well
+    std::optional<Handlers> handlers;
+
+    std::string setHandlers(Handlers newHandlers) override {
+        handlers = std::move(newHandlers);
+        return missing;
+    }
+    void removeHandlers() override { handlers.reset(); }
+};
+
+class SimulatedSystemInfo : public SystemInfo {
+public:
+    std::string version = "Version 14.2 (Build 23C64)";
+    std::size_t screens = 0;
+
+    [[nodiscard]] std::string systemName() const override { return "macOS"; }
+    [[nodiscard]] std::string systemVersion() const override { return version; }
+    [[nodiscard]] std::size_t screenCount() const override { return screens; }
+};
+
+class RecordedLines : public LineOutput {
+public:
+    std::vector<std::string> lines;
+
+    void writeLine(std::string_view line) override { lines.emplace_back(line); }
+};
+
+class SimulatedLoginItem : public LoginItem {
+public:
+    Status state = Status::notRegistered;
+    std::string error; ///< what register and unregister answer
+    std::vector<std::string> calls;
+
+    [[nodiscard]] Status status() const override { return state; }
+    std::string registerItem() override {
+        calls.emplace_back("register");
+        return error;
+    }
+    std::string unregisterItem() override {
+        calls.emplace_back("unregister");
+        return error;
+    }
+};
+
+class SimulatedBacklight : public Backlight {
+public:
+    bool builtIn = false;
+    std::optional<float> value;
+
+    [[nodiscard]] bool hasBuiltInDisplay() const override { return builtIn; }
+    [[nodiscard]] std::optional<float> level() const override { return value; }
+};
+
+class SimulatedDisplayChanges : public DisplayChanges {
+public:
+    Handlers handlers;
+
+    void setHandlers(Handlers newHandlers) override { handlers = std::move(newHandlers); }
+};
+
+} // namespace noctra

@@ -1,0 +1,125 @@
+#include <string>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "platform/simulated/SimulatedDesktop.h"
+
+namespace noctra {
+
+namespace {
+
+struct MainQueueTest : testing::Test {
+    SimulatedDesktop desktop;
+    MainQueue& queue = desktop.mainQueue;
+    std::string ran;
+
+    std::function<void()> note(char name) {
+        return [this, name] {
+            ran += name;
+        };
+    }
+};
+
+} // namespace
+
+TEST_F(MainQueueTest, RunsWorkInTheOrderOfItsDueTimeThenOfSubmission) {
+    queue.asyncAfter(Seconds(0.3), note('d'));
+    queue.asyncAfter(Seconds(0.1), note('b'));
+    queue.asyncAfter(Seconds(0.1), note('c'));
+    queue.async(note('a'));
+    desktop.advance(Seconds(0.2));
+    EXPECT_EQ(ran, "abc");
+    desktop.advance(Seconds(0.2));
+    EXPECT_EQ(ran, "abcd");
+    EXPECT_EQ(queue.pendingCount(), 0U);
+}
+
+TEST_F(MainQueueTest, TakesWorkFromOtherThreads) {
+    std::thread([&] { queue.async(note('a')); }).join();
+    EXPECT_EQ(ran, "");
+    desktop.settle();
+    EXPECT_EQ(ran, "a");
+}
+
+TEST_F(MainQueueTest, LetsTheLoopTurnBetweenWorkAndTheWorkThatItSubmits) {
+    queue.async([&] {
+        note('a')();
+        queue.async(note('b'));
+    });
+    queue.runDue();
+    EXPECT_EQ(ran, "a");
+    queue.runDue();
+    EXPECT_EQ(ran, "ab");
+}
+
+TEST_F(MainQueueTest, RunsAWorkItemOnceAfterTheLastOfABurst) {
+    WorkItem item(queue, note('x'));
+    for (int i = 0; i < 10; ++i) {
+        item.schedule(Seconds(0.5));
+        desktop.advance(Seconds(0.4));
+    }
+    EXPECT_EQ(ran, "");
+    EXPECT_EQ(queue.pendingCount(), 1U);
+    desktop.advance(Seconds(0.2));
+    EXPECT_EQ(ran, "x");
+    EXPECT_FALSE(item.isPending());
+}
+
+TEST_F(MainQueueTest, NeverRunsAWorkItemThatWasCancelledOrDropped) {
+    WorkItem cancelled(queue, note('x'));
+    cancelled.schedule(Seconds(0.1));
+    cancelled.cancel();
+    {
+        WorkItem dropped(queue, note('y'));
+        dropped.schedule(Seconds(0.1));
+    }
+    // Due at the same moment as the one that cancels it.
+    WorkItem victim(queue, note('z'));
+    WorkItem killer(queue, [&] { victim.cancel(); });
+    killer.schedule(Seconds(0.2));
+    victim.schedule(Seconds(0.2));
+    desktop.advance(Seconds(1));
+    EXPECT_EQ(ran, "");
+}
+
+TEST_F(MainQueueTest, RepeatsUntilTheTokenIsDroppedAlsoFromInsideTheTick) {
+    AnyCancellable timer;
+    int ticks = 0;
+    timer = queue.repeatEvery(Seconds(2), [&] {
+        if (++ticks == 3)
+            timer.cancel();
+    });
+    desktop.advance(Seconds(1.9));
+    EXPECT_EQ(ticks, 0);
+    desktop.advance(Seconds(20));
+    EXPECT_EQ(ticks, 3);
+    EXPECT_EQ(queue.pendingCount(), 0U);
+}
+
+TEST_F(MainQueueTest, MakesUpForMissedTicksWithOneAndKeepsTheBeat) {
+    int ticks = 0;
+    const AnyCancellable timer = queue.repeatEvery(Seconds(2), [&] { ++ticks; });
+    desktop.steady.set(desktop.steady.now() + std::chrono::milliseconds(7500)); // the machine slept
+    desktop.settle();
+    EXPECT_EQ(ticks, 1);
+    desktop.advance(Seconds(0.6)); // 8.1 s: the beat of 2 s is kept
+    EXPECT_EQ(ticks, 2);
+}
+
+TEST_F(MainQueueTest, WatchesADescriptorUntilTheTokenIsDropped) {
+    AnyCancellable watch = queue.watch(7, note('r'));
+    desktop.runLoop.makeReadable(7);
+    watch.cancel();
+    desktop.runLoop.makeReadable(7);
+    EXPECT_EQ(ran, "r");
+}
+
+TEST_F(MainQueueTest, MeasuresDelaysOnTheSteadyClockWhenTheWallClockIsSet) {
+    queue.asyncAfter(Seconds(1), note('x'));
+    desktop.wall.set(desktop.wall.now() + std::chrono::hours(5));
+    desktop.settle();
+    EXPECT_EQ(ran, "");
+}
+
+} // namespace noctra

@@ -1,0 +1,38 @@
+#include "foundation/Numbers.h"
+
+#include <cstdlib>
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace noctra {
+
+TEST(Numbers, AreWrittenInTheirShortestDecimalFormWithAFraction) {
+    const std::vector<std::pair<double, std::string>> cases{
+        {0.0, "0.0"},
+        {-0.0, "-0.0"},
+        {1.0, "1.0"},
+        {0.35, "0.35"},
+        {0.1 + 0.2, "0.30000000000000004"},
+        {100000.0, "100000.0"},
+        {1e-5, "0.00001"},
+        {-2.5, "-2.5"},
+        {1e21, "1000000000000000000000.0"},
+        {std::numeric_limits<double>::quiet_NaN(), "nan"},
+        {-std::numeric_limits<double>::infinity(), "-inf"}};
+    for (const auto& [value, text] : cases)
+        EXPECT_EQ(shortestDecimal(value), text);
+    EXPECT_EQ(shortestDecimal(0.1F), "0.1") << "a float is not widened first";
+    EXPECT_EQ(shortestDecimal(16777216.0F), "16777216.0");
+}
+
+TEST(Numbers, ReadBackAsTheSameValueAtTheEndsOfTheRange) {
+    for (const double value :
+         {std::numeric_limits<double>::denorm_min(), std::numeric_limits<double>::max(), 1.0 / 3.0})
+        EXPECT_EQ(std::strtod(shortestDecimal(value).c_str(), nullptr), value);
+}
+
+} // namespace noctra

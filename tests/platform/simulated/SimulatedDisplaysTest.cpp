@@ -1,0 +1,28 @@
+#include "platform/simulated/SimulatedDisplays.h"
+
+#include "tests/platform/DisplaysContract.h"
+
+namespace noctra {
+
+namespace {
+
+class TwoSimulatedDisplays : public DisplaysUnderTest {
+public:
+    TwoSimulatedDisplays() {
+        simulated_.attach(11);
+        simulated_.attach(12);
+    }
+    Displays& displays() override { return simulated_; }
+    void unplugLast() override { simulated_.detach(12); }
+
+private:
+    SimulatedDisplays simulated_;
+};
+
+} // namespace
+
+INSTANTIATE_TEST_SUITE_P(Simulated, DisplaysContract, testing::Values(MakeDisplays([] {
+                             return std::make_unique<TwoSimulatedDisplays>();
+                         })));
+
+} // namespace noctra
