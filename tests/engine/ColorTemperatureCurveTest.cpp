@@ -1,0 +1,75 @@
+#include "engine/ColorTemperatureCurve.h"
+
+#include <array>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "engine/GammaRamp.h"
+#include "platform/simulated/SimulatedDisplays.h"
+
+namespace noctra {
+
+namespace {
+
+void expectNear(const ChannelGains& actual, const ChannelGains& expected) {
+    EXPECT_NEAR(actual.r, expected.r, 5e-7);
+    EXPECT_NEAR(actual.g, expected.g, 5e-7);
+    EXPECT_NEAR(actual.b, expected.b, 5e-7);
+}
+
+} // namespace
+
+TEST(ColorTemperatureCurve, GivesTheReferenceColoursOfItsTwoAnchors) {
+    expectNear(ColorTemperatureCurve::cctRGB(6500.0), {1.042633, 0.983863, 1.034905});
+    expectNear(ColorTemperatureCurve::cctRGB(2000.0), {2.522300, 0.646484, 0.020048});
+    for (const double below : {1999.0, 1667.0, 0.0, -5.0})
+        EXPECT_EQ(ColorTemperatureCurve::cctRGB(below), ColorTemperatureCurve::cctRGB(2000.0));
+    EXPECT_EQ(ColorTemperatureCurve::cctRGB(1e6), ColorTemperatureCurve::cctRGB(25000.0));
+}
+
+TEST(ColorTemperatureCurve, FollowsWarmthFromNeutralToPureRed) {
+    const std::array<std::pair<double, ChannelGains>, 3> approximate{{
+        {0.5, {1.0, 0.885918, 0.327651}},
+        {0.7, {1.0, 0.655876, 0.019336}},
+        {0.9, {1.0, 0.163101, 0.004809}},
+    }};
+    for (const auto& [intensity, gains] : approximate)
+        expectNear(ColorTemperatureCurve::normalizedRGB(intensity), gains);
+    for (const double neutral : {0.0, -0.0, -1.0, -std::numeric_limits<double>::infinity()})
+        EXPECT_EQ(ColorTemperatureCurve::normalizedRGB(neutral), (ChannelGains{1.0, 1.0, 1.0}));
+    for (const double warmest : {1.0, 1.5, std::numeric_limits<double>::infinity()})
+        EXPECT_EQ(ColorTemperatureCurve::normalizedRGB(warmest), (ChannelGains{1.0, 0.0, 0.0}));
+}
+
+TEST(ColorTemperatureCurve, IsMonotonousAndNeverJumps) {
+    ChannelGains last{1.0, 1.0, 1.0};
+    for (int step = 1; step <= 10000; ++step) {
+        const ChannelGains now = ColorTemperatureCurve::normalizedRGB(step / 10000.0);
+        EXPECT_EQ(now.r, 1.0) << step;
+        EXPECT_LE(now.g, last.g) << step;
+        EXPECT_LE(now.b, last.b) << step;
+        EXPECT_LT(last.g - now.g, 0.002) << step;
+        EXPECT_LT(last.b - now.b, 0.002) << step;
+        last = now;
+    }
+}
+
+TEST(GammaRamp, ScalesEachChannelByItsGainTimesTheBrightnessInOneRounding) {
+    GammaTables captured = SimulatedDisplays::linearTables();
+    captured.green[7] = 0.0F;
+    GammaTables output;
+
+    scaleGammaTables(captured, {1.0, 1.0, 1.0}, 1.0, output);
+    EXPECT_EQ(output, captured) << "bit for bit";
+
+    scaleGammaTables(captured, {1.0, 0.1, 0.0}, 0.7, output);
+    for (std::size_t k = 0; k < gammaTableSize; ++k) {
+        EXPECT_EQ(output.red[k], captured.red[k] * 0.7F);
+        EXPECT_EQ(output.green[k], captured.green[k] * static_cast<float>(0.1 * 0.7));
+        EXPECT_EQ(output.blue[k], 0.0F);
+    }
+    EXPECT_EQ(output.green[7], 0.0F);
+}
+
+} // namespace noctra

@@ -1,0 +1,146 @@
+#include <algorithm>
+#include <future>
+#include <thread>
+
+#include "tests/engine/EngineFixture.h"
+
+namespace noctra {
+
+using EngineGamma = EngineFixture;
+
+TEST_F(EngineGamma, FiltersFromTheCapturedTablesAndPutsThemBackBitForBit) {
+    startQuietly();
+    engine->isEnabled = true;
+    for (const double intensity : {0.2, 0.9, 0.5}) { // applications do not add up
+        engine->intensity = intensity;
+        engine->brightness = 1.0 - intensity / 2;
+        EXPECT_EQ(desktop.displays.tablesOf(1),
+                  filtered(calibratedTables(0.9F), intensity, 1.0 - intensity / 2));
+    }
+    engine->isEnabled = false;
+    EXPECT_EQ(desktop.displays.tablesOf(1), calibratedTables(0.9F));
+    EXPECT_EQ(desktop.displays.tablesOf(2), calibratedTables(0.8F));
+}
+
+TEST_F(EngineGamma, TakesAFilterOffThatAnEarlierRunLeftBehindBeforeItCaptures) {
+    desktop.displays.overwrite(1, filtered(calibratedTables(0.9F), 0.8, 0.3));
+    startQuietly();
+    EXPECT_EQ(desktop.displays.tablesOf(1), calibratedTables(0.9F));
+}
+
+TEST_F(EngineGamma, GoesOnWithoutADisplayThatCannotBeReadAndTriesItAgainEachTime) {
+    desktop.displays.failReads(1, 1004);
+    startQuietly();
+    engine->isEnabled = true;
+    engine->intensity = 0.5;
+    EXPECT_EQ(desktop.log.messages,
+              (std::vector<std::string>(2, "ERROR: Failed to capture gamma for display 1")));
+    EXPECT_EQ(desktop.displays.tablesOf(2), filtered(calibratedTables(0.8F), 0.5, 1.0));
+    EXPECT_EQ(desktop.displays.tablesOf(1), calibratedTables(0.9F));
+
+    desktop.displays.failReads(1, 0);
+    engine->intensity = 0.6;
+    EXPECT_EQ(desktop.displays.tablesOf(1), filtered(calibratedTables(0.9F), 0.6, 1.0));
+}
+
+TEST_F(EngineGamma, LogsADisplayThatRefusesItsTablesOnceUntilItTakesThemAgain) {
+    startQuietly();
+    desktop.displays.failWrites(1, 8);
+    engine->isEnabled = true;
+    engine->brightness = 0.5;
+    engine->isEnabled = false;
+    const std::string line = "ERROR: Failed to set gamma for display 1";
+    EXPECT_EQ(desktop.log.count(line), 1U);
+    EXPECT_EQ(desktop.displays.tablesOf(2), calibratedTables(0.8F));
+
+    desktop.displays.failWrites(1, 0);
+    engine->isEnabled = true;
+    desktop.displays.failWrites(1, 8);
+    engine->isEnabled = true;
+    EXPECT_EQ(desktop.log.count(line), 2U);
+}
+
+TEST_F(EngineGamma, CapturesADisplayThatAppearedWhenItFirstSeesIt) {
+    startQuietly();
+    desktop.displays.attach(3, calibratedTables(0.7F));
+    engine->isEnabled = true;
+    EXPECT_EQ(desktop.log.messages, std::vector<std::string>{"Captured gamma for display 3"});
+    engine->brightness = 0.4;
+    EXPECT_EQ(desktop.displays.tablesOf(3), filtered(calibratedTables(0.7F), 0.0, 0.4));
+    EXPECT_EQ(desktop.displays.count(Call::Kind::read), 1U) << "captured once";
+    engine->isEnabled = false;
+    EXPECT_EQ(desktop.displays.tablesOf(3), calibratedTables(0.7F));
+}
+
+TEST_F(EngineGamma, LeavesADisplayAloneThatIsNotAttachedAndKeepsItsTables) {
+    startQuietly();
+    engine->isEnabled = true;
+    desktop.displays.detach(2);
+    desktop.displays.forgetCalls();
+    engine->removeFilter();
+    EXPECT_EQ(desktop.displays.calls(),
+              (std::vector<Call>{{Call::Kind::write, 1}, {Call::Kind::settle}}));
+    desktop.displays.attach(2);
+    engine->removeFilter();
+    EXPECT_EQ(desktop.displays.tablesOf(2), calibratedTables(0.8F));
+}
+
+TEST_F(EngineGamma, FillsUpADisplayThatReportsFewerSamplesWithZeros) {
+    desktop.displays.reportSamples(1, 64);
+    startQuietly();
+    engine->isEnabled = true;
+    const GammaTables& tables = desktop.displays.tablesOf(1);
+    EXPECT_EQ(tables.red[63], calibratedTables(0.9F).red[63]);
+    EXPECT_TRUE(std::all_of(tables.blue.begin() + 64, tables.blue.end(),
+                            [](float level) { return level == 0.0F; }));
+}
+
+TEST_F(EngineGamma, WritesADisplayOnceThatTwoScreensName) {
+    desktop.displays.attach(1);
+    start();
+    EXPECT_EQ(desktop.log.count("Captured gamma for display 1"), 2U);
+    EXPECT_EQ(desktop.log.count("Captured gamma for 2 displays"), 1U);
+    desktop.displays.forgetCalls();
+    engine->applyFilter();
+    EXPECT_EQ(writes(), 2U);
+}
+
+TEST_F(EngineGamma, WaitsOnceHoweverManyDisplaysThereAre) {
+    for (DisplayId display = 3; display <= 16; ++display)
+        desktop.displays.attach(display);
+    startQuietly();
+    engine->applyFilter();
+    EXPECT_EQ(writes(), 16U);
+    EXPECT_EQ(desktop.displays.count(Call::Kind::settle), 1U);
+}
+
+TEST_F(EngineGamma, RestoresFromAnotherThreadAfterTheWriteThatIsUnderWayAndWritesNothingAfter) {
+    startQuietly();
+    engine->isEnabled = true;
+
+    std::promise<void> writing;
+    std::promise<void> sealed;
+    bool first = true;
+    desktop.displays.setWriteHook([&] {
+        if (!std::exchange(first, false))
+            return;
+        writing.set_value();
+        sealed.get_future().wait();
+    });
+    std::thread signalThread([&] {
+        writing.get_future().wait();
+        engine->sealForExit();
+        sealed.set_value();
+        engine->removeFilter();
+    });
+    engine->brightness = 0.2; // the drag that the signal falls into
+    signalThread.join();
+    for (int step = 0; step < 5; ++step)
+        engine->brightness = 0.3 + step * 0.1; // the drag goes on
+    desktop.displayChanges.handlers.screenParametersChanged();
+    desktop.advance(Seconds(3));
+    EXPECT_EQ(desktop.displays.tablesOf(1), calibratedTables(0.9F));
+    EXPECT_EQ(desktop.displays.tablesOf(2), calibratedTables(0.8F));
+}
+
+} // namespace noctra

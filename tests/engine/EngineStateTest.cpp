@@ -1,0 +1,152 @@
+#include <limits>
+
+#include "tests/engine/EngineFixture.h"
+
+namespace noctra {
+
+using EngineState = EngineFixture;
+
+TEST_F(EngineState, StartsInAFixedOrderWithTheFilterOff) {
+    start();
+    EXPECT_EQ(desktop.log.messages,
+              (std::vector<std::string>{
+                  "ColorFilterManager init starting", "Captured gamma for display 1",
+                  "Captured gamma for display 2", "Captured gamma for 2 displays",
+                  "Init complete - intensity: 0.0, brightness: 1.0"}));
+    EXPECT_EQ(desktop.displays.calls().front(), (Call{Call::Kind::restoreCalibrated}));
+    EXPECT_FALSE(engine->isEnabled);
+    EXPECT_FALSE(engine->allowExtremeDim);
+    EXPECT_EQ(desktop.displays.tablesOf(1), calibratedTables(0.9F));
+}
+
+TEST_F(EngineState, LoadsWhatIsStoredClampedAndNeverTurnsTheFilterOn) {
+    struct Case {
+        double intensity, brightness;
+        bool extreme;
+        double expectedIntensity, expectedBrightness;
+    };
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double infinity = std::numeric_limits<double>::infinity();
+    for (const Case& c : std::vector<Case>{{0.35, 0.6, false, 0.35, 0.6},
+                                           {1.7, 0.05, false, 1.0, 0.1},
+                                           {-0.2, 0.05, true, 0.0, 0.05},
+                                           {infinity, -infinity, true, 1.0, 0.0},
+                                           {nan, nan, false, 0.0, 1.0}}) {
+        desktop.preferences.store("filterEnabled", true);
+        desktop.preferences.store("filterIntensity", c.intensity);
+        desktop.preferences.store("filterBrightness", c.brightness);
+        desktop.preferences.store("allowExtremeDim", c.extreme);
+        start();
+        EXPECT_FALSE(engine->isEnabled);
+        EXPECT_EQ(engine->intensity, c.expectedIntensity);
+        EXPECT_EQ(engine->brightness, c.expectedBrightness);
+
+        desktop.advance(Seconds(0.6)); // the save that construction leaves pending
+        EXPECT_FALSE(desktop.preferences.boolForKey("filterEnabled"));
+        EXPECT_EQ(desktop.preferences.doubleForKey("filterBrightness"), c.expectedBrightness);
+    }
+}
+
+TEST_F(EngineState, TakesABrightnessThatIsNoNumberForFullBrightness) {
+    desktop.preferences.store("filterBrightness", std::string("bright"));
+    desktop.preferences.store("filterIntensity", std::string("warm"));
+    start();
+    EXPECT_EQ(engine->brightness, 1.0);
+    EXPECT_EQ(engine->intensity, 0.0);
+}
+
+TEST_F(EngineState, ShowsAnOutOfRangeValueToObserversButRendersOnlyTheClampedOne) {
+    startQuietly();
+    engine->isEnabled = true;
+    desktop.displays.forgetCalls();
+    std::vector<double> seen;
+    const AnyCancellable token = engine->brightness.subscribe(
+        desktop.mainQueue, [&](double value) { seen.push_back(value); });
+    engine->brightness = 0.0;
+    desktop.settle();
+    EXPECT_EQ(seen, (std::vector<double>{1.0, 0.0, 0.1}));
+    EXPECT_EQ(writes(), 2U) << "one application to two displays";
+    EXPECT_EQ(desktop.displays.tablesOf(1), filtered(calibratedTables(0.9F), 0.0, 0.1));
+
+    engine->intensity = 7.0;
+    EXPECT_EQ(engine->intensity, 1.0);
+    EXPECT_EQ(writes(), 4U);
+}
+
+TEST_F(EngineState, RefusesNotANumberAndKeepsTheOldValue) {
+    startQuietly();
+    engine->intensity = 0.4;
+    engine->brightness = 0.5;
+    desktop.displays.forgetCalls();
+    engine->intensity = std::numeric_limits<double>::quiet_NaN();
+    engine->brightness = -std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(engine->intensity, 0.4);
+    EXPECT_EQ(engine->brightness, 0.5);
+    EXPECT_EQ(
+        desktop.log.messages,
+        (std::vector<std::string>{"ERROR: Refused a value for intensity that is not a number",
+                                  "ERROR: Refused a value for brightness that is not a number"}));
+    EXPECT_EQ(writes(), 0U);
+}
+
+TEST_F(EngineState, RaisesTheBrightnessWhenExtremeDimIsTakenAway) {
+    startQuietly();
+    engine->allowExtremeDim = true;
+    engine->brightness = 0.03;
+    EXPECT_EQ(engine->brightness, 0.03);
+    engine->isEnabled = true;
+    engine->allowExtremeDim = false;
+    EXPECT_EQ(engine->brightness, 0.1);
+    EXPECT_EQ(desktop.displays.tablesOf(2), filtered(calibratedTables(0.8F), 0.0, 0.1));
+
+    desktop.displays.forgetCalls();
+    engine->allowExtremeDim = true; // changes nothing, renders all the same
+    EXPECT_EQ(engine->brightness, 0.1);
+    EXPECT_EQ(writes(), 2U);
+}
+
+TEST_F(EngineState, SavesOnceHalfASecondAfterTheLastOfABurst) {
+    startQuietly();
+    engine->isEnabled = true;
+    for (int step = 1; step <= 10; ++step) {
+        desktop.advance(Seconds(0.04));
+        engine->intensity = step / 10.0;
+    }
+    EXPECT_EQ(writes(), 22U) << "every step is on both displays at once";
+    desktop.advance(Seconds(0.49));
+    EXPECT_TRUE(desktop.preferences.writtenKeys().empty());
+    desktop.advance(Seconds(0.02));
+    EXPECT_EQ(desktop.preferences.writtenKeys(),
+              (std::vector<std::string>{"filterEnabled", "filterIntensity", "filterBrightness",
+                                        "allowExtremeDim"}));
+    desktop.advance(Seconds(10));
+    EXPECT_EQ(desktop.preferences.writtenKeys().size(), 4U);
+    EXPECT_EQ(desktop.preferences.doubleForKey("filterIntensity"), 1.0);
+}
+
+TEST_F(EngineState, TouchesNothingWhilePicturesOfThePanelAreRendered) {
+    desktop.process.setEnvironment("NOCTRA_SCREENSHOT_RENDER", "1");
+    desktop.preferences.store("filterIntensity", 0.4);
+    desktop.backlight.builtIn = true;
+    desktop.backlight.value = 0.5F;
+    start();
+    engine->isEnabled = true;
+    engine->brightness = 0.3;
+    engine->removeFilter();
+    desktop.advance(Seconds(5));
+    EXPECT_TRUE(desktop.displays.calls().empty());
+    EXPECT_TRUE(desktop.preferences.writtenKeys().empty());
+    EXPECT_TRUE(desktop.loginItem.calls.empty());
+    EXPECT_FALSE(desktop.displayChanges.handlers.woke);
+    EXPECT_EQ(engine->intensity, 0.4) << "the panel shows the real values";
+    EXPECT_EQ(engine->hardwareBrightness, 0.5F);
+
+    for (const char* other : {"", "0", "true", "01", " 1"}) {
+        desktop.process.setEnvironment("NOCTRA_SCREENSHOT_RENDER", other);
+        start();
+        EXPECT_FALSE(desktop.displays.calls().empty()) << other;
+        desktop.displays.forgetCalls();
+    }
+}
+
+} // namespace noctra

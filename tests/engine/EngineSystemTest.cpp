@@ -1,0 +1,86 @@
+#include "tests/engine/EngineFixture.h"
+
+namespace noctra {
+
+using EngineSystem = EngineFixture;
+using Level = ColorFilterManager::FlickerWarningLevel;
+
+TEST_F(EngineSystem, WarnsByTheBacklightWhereItIsKnownAndByTheSoftwareBrightnessElsewhere) {
+    struct Case {
+        bool builtIn;
+        std::optional<float> backlight;
+        double brightness;
+        Level expected;
+    };
+    for (const Case& c : std::vector<Case>{{true, 0.75F, 1.0, Level::severe},
+                                           {true, 0.8F, 1.0, Level::mild},
+                                           {true, 0.85F, 0.5, Level::mild},
+                                           {true, 0.99F, 0.5, Level::none},
+                                           {true, 1.0F, 0.5, Level::none},
+                                           {true, std::nullopt, 0.5, Level::mild},
+                                           {true, std::nullopt, 1.0, Level::none},
+                                           {false, 0.3F, 0.5, Level::mild},
+                                           {false, 0.3F, 0.99, Level::none}}) {
+        desktop.backlight.builtIn = c.builtIn;
+        desktop.backlight.value = c.backlight;
+        start();
+        engine->brightness = c.brightness;
+        EXPECT_EQ(engine->flickerWarningLevel(), c.expected)
+            << c.builtIn << " " << c.backlight.value_or(-1.0F) << " " << c.brightness;
+    }
+}
+
+TEST_F(EngineSystem, PollsTheBacklightEveryTwoSecondsAndAnnouncesEveryPoll) {
+    desktop.backlight.value = 0.5F;
+    startQuietly(); // one second has passed
+    int announced = 0;
+    const AnyCancellable token = engine->onWillChange([&] { ++announced; });
+    desktop.advance(Seconds(0.9));
+    EXPECT_EQ(announced, 0);
+    desktop.advance(Seconds(0.2));
+    EXPECT_EQ(announced, 1) << "availability, though nothing changed";
+    desktop.backlight.value.reset();
+    desktop.advance(Seconds(2));
+    EXPECT_EQ(announced, 3);
+    EXPECT_EQ(engine->hardwareBrightness, 1.0F);
+    EXPECT_FALSE(engine->hardwareBrightnessAvailable);
+}
+
+TEST_F(EngineSystem, AssertsTheLoginItemAgainAtEveryStart) {
+    using Status = LoginItem::Status;
+    for (const Status status :
+         {Status::enabled, Status::notRegistered, Status::requiresApproval, Status::notFound}) {
+        desktop.loginItem.state = status;
+        desktop.loginItem.calls.clear();
+        start();
+        const bool enabled = status == Status::enabled;
+        EXPECT_EQ(engine->startAtLogin, enabled);
+        EXPECT_EQ(desktop.loginItem.calls,
+                  std::vector<std::string>{enabled ? "register" : "unregister"});
+    }
+}
+
+TEST_F(EngineSystem, KeepsTheUsersChoiceWhenTheSystemRefusesIt) {
+    startQuietly();
+    desktop.loginItem.error = "not permitted (1)";
+    engine->startAtLogin = true;
+    EXPECT_TRUE(engine->startAtLogin);
+    EXPECT_EQ(desktop.log.messages,
+              std::vector<std::string>{"Login item error: not permitted (1)"});
+}
+
+TEST_F(EngineSystem, DoesWithoutServicesThatTheDesktopDoesNotHave) {
+    ColorFilterManager bare({.log = desktop.log,
+                             .mainQueue = desktop.mainQueue,
+                             .displays = desktop.displays,
+                             .preferences = desktop.preferences,
+                             .process = desktop.process});
+    bare.startAtLogin = true;
+    desktop.advance(Seconds(5));
+    EXPECT_TRUE(bare.startAtLogin) << "the switch shows the choice; nothing is registered";
+    EXPECT_FALSE(bare.hasBuiltInDisplay);
+    EXPECT_FALSE(bare.hardwareBrightnessAvailable);
+    EXPECT_EQ(bare.hardwareBrightness, 1.0F);
+}
+
+} // namespace noctra
