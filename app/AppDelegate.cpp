@@ -1,0 +1,104 @@
+#include "app/AppDelegate.h"
+
+#include "app/Url.h"
+#include "engine/ColorFilterManager.h"
+#include "platform/Application.h"
+#include "platform/UrlChannel.h"
+
+namespace noctra {
+
+namespace {
+
+// A display server that does not answer must not keep the process: it ends after this long, which
+// leaves a margin below the 2 s that are promised.
+constexpr Seconds exitDeadline{1.6};
+
+} // namespace
+
+AppDelegate::AppDelegate(const AppServices& services) : services_(services) {}
+
+void AppDelegate::applicationDidFinishLaunching() {
+    engine();
+    services_.application.becomeAgent();
+    setupSignalHandlers();
+    services_.application.onWillTerminate([this] { applicationWillTerminate(); });
+    const std::string unreachable = services_.urls.setHandlers({
+        .open = [this](const std::string& url) { handleAutomationURL(url); },
+        .activate = [this] { runAutomationCommand(AutomationCommand::show); },
+    });
+    if (!unreachable.empty())
+        services_.log.log("Automation commands from other programs unavailable: " + unreachable);
+    services_.log.log("App launched successfully");
+}
+
+void AppDelegate::setupSignalHandlers() {
+    services_.process.onTerminationSignal(
+        [this](TerminationSignal signal) { answerSignal(signal); });
+}
+
+void AppDelegate::answerSignal(TerminationSignal signal) {
+    services_.process.endAfter(exitDeadline, 0);
+    services_.log.log(signal == TerminationSignal::interrupt
+                          ? "SIGINT received - restoring gamma"
+                          : "SIGTERM received - restoring gamma");
+    restoreDisplays();
+    services_.process.endNow(0);
+}
+
+void AppDelegate::applicationWillTerminate() {
+    services_.process.endAfter(exitDeadline, displayServerLost_ ? 1 : 0);
+    services_.log.log("App terminating - restoring gamma");
+    restoreDisplays();
+    services_.urls.removeHandlers();
+}
+
+void AppDelegate::quitApp() {
+    restoreDisplays();
+    services_.application.terminate(0);
+}
+
+void AppDelegate::restoreDisplays() {
+    // Sealed first: a fader that is being dragged, or a refresh under way, must not write after
+    // this.
+    engine().sealForExit();
+    engine().removeFilter();
+    if (services_.restoreBrightness)
+        services_.restoreBrightness();
+}
+
+void AppDelegate::displayServerLost(const std::string& reason) {
+    displayServerLost_ = true;
+    services_.log.log("ERROR: The display server is gone: " + reason);
+    services_.application.terminate(1);
+}
+
+void AppDelegate::handleAutomationURL(const std::string& url) {
+    const std::optional<Url> parsed = parseUrl(url);
+    const auto command = parsed ? automationCommand(*parsed) : std::nullopt;
+    if (!command) {
+        services_.log.log("Ignored invalid automation URL");
+        return;
+    }
+    services_.log.log("Automation URL received: " + url);
+    runAutomationCommand(*command);
+}
+
+void AppDelegate::runAutomationCommand(AutomationCommand command) {
+    ColorFilterManager& filter = engine();
+    switch (command) {
+    case AutomationCommand::on:
+        filter.isEnabled = true;
+        break;
+    case AutomationCommand::off:
+        filter.isEnabled = false;
+        break;
+    case AutomationCommand::toggle:
+        filter.isEnabled = !filter.isEnabled;
+        break;
+    case AutomationCommand::show:
+        break; // nothing to show while there is no status item
+    }
+    services_.log.log("Automation command applied: " + std::string(rawValue(command)));
+}
+
+} // namespace noctra

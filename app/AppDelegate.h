@@ -1,0 +1,68 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "app/AutomationCommand.h"
+#include "foundation/Log.h"
+#include "foundation/MainQueue.h"
+#include "platform/Process.h"
+
+namespace noctra {
+
+class Application;
+class ColorFilterManager;
+class UrlChannel;
+
+/// What the delegate needs. Everything must outlive it.
+struct AppServices {
+    Log& log;
+    MainQueue& mainQueue;
+    Application& application;
+    Process& process;
+    UrlChannel& urls;
+    /// The engine; its first call constructs it.
+    std::function<ColorFilterManager&()> engine;
+    /// Puts the displays' backlights back. Any thread, may be called twice. Empty while no part of
+    /// the program drives a backlight.
+    std::function<void()> restoreBrightness;
+};
+
+/// The program's start, its end, and the commands that other programs send it.
+///
+/// Main thread, except for the answer to a signal, which runs on the thread that took it.
+class AppDelegate {
+public:
+    explicit AppDelegate(const AppServices& services);
+    AppDelegate(const AppDelegate&) = delete;
+    AppDelegate& operator=(const AppDelegate&) = delete;
+
+    /// The start-up sequence: the engine first, so that the displays' own tables are captured
+    /// before anything can change them.
+    void applicationDidFinishLaunching();
+
+    /// The last step of every normal termination: log, tables back, brightness back, no more URLs.
+    void applicationWillTerminate();
+
+    /// Puts everything back, then asks for normal termination (which does it once more).
+    void quitApp();
+
+    /// The display server has gone, and the tables with it: puts the brightness back and ends the
+    /// program with status 1.
+    void displayServerLost(const std::string& reason);
+
+    /// Applies the command in `url`, or logs that there is none; a bad URL changes nothing.
+    void handleAutomationURL(const std::string& url);
+
+private:
+    void setupSignalHandlers();
+    void answerSignal(TerminationSignal signal);
+    void restoreDisplays();
+    void runAutomationCommand(AutomationCommand command);
+    ColorFilterManager& engine() { return services_.engine(); }
+
+    const AppServices services_;
+    bool displayServerLost_ = false;
+};
+
+} // namespace noctra

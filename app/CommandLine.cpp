@@ -1,0 +1,36 @@
+#include "app/CommandLine.h"
+
+#include <algorithm>
+
+#include "app/Url.h"
+
+namespace noctra {
+
+CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
+    const auto has = [&](std::string_view option) {
+        return std::find(arguments.begin(), arguments.end(), option) != arguments.end();
+    };
+    if (has("--help"))
+        return {CommandLine::Action::help, {}};
+    if (has("--version"))
+        return {CommandLine::Action::version, {}};
+    if (!std::all_of(arguments.begin(), arguments.end(), startsWithUrlScheme))
+        return {CommandLine::Action::refuse, {}};
+    return {CommandLine::Action::run, arguments};
+}
+
+std::string helpText() {
+    return std::string(usageLine) +
+           "\n\n"
+           "Dims and warms every display in software, without touching the backlight.\n"
+           "The first start runs in the foreground until it is ended (Ctrl-C, kill); every later\n"
+           "start hands its URLs to the running one and returns.\n\n"
+           "  noctra://on       filter on\n"
+           "  noctra://off      filter off\n"
+           "  noctra://toggle   filter on if it was off, off if it was on\n"
+           "  noctra://show     show the panel\n"
+           "  --help            print this text\n"
+           "  --version         print the program's version\n";
+}
+
+} // namespace noctra

@@ -1,0 +1,177 @@
+#include "app/AppDelegate.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "engine/ColorFilterManager.h"
+#include "engine/GammaRamp.h"
+#include "platform/simulated/SimulatedDesktop.h"
+
+namespace noctra {
+
+namespace {
+
+struct AppDelegateTest : testing::Test {
+    SimulatedDesktop desktop;
+    std::unique_ptr<ColorFilterManager> engine;
+    std::vector<std::string> brightnessRestores; ///< the last log line at each
+    AppDelegate delegate{{
+        .log = desktop.log,
+        .mainQueue = desktop.mainQueue,
+        .application = desktop.application,
+        .process = desktop.process,
+        .urls = desktop.urls,
+        .engine = [this]() -> ColorFilterManager& { return madeEngine(); },
+        .restoreBrightness =
+            [this] {
+                const auto& messages = desktop.log.messages;
+                brightnessRestores.push_back(messages.empty() ? "" : messages.back());
+                EXPECT_EQ(desktop.displays.tablesOf(1), SimulatedDisplays::linearTables())
+                    << "gamma goes back before the brightness";
+            },
+    }};
+
+    AppDelegateTest() { desktop.displays.attach(1); }
+
+    ColorFilterManager& madeEngine() {
+        if (!engine)
+            engine = std::make_unique<ColorFilterManager>(
+                EngineServices{.log = desktop.log,
+                               .mainQueue = desktop.mainQueue,
+                               .displays = desktop.displays,
+                               .preferences = desktop.preferences,
+                               .process = desktop.process});
+        return *engine;
+    }
+
+    void launchDimmed() {
+        delegate.applicationDidFinishLaunching();
+        engine->brightness = 0.5;
+        desktop.urls.handlers->open("noctra://on");
+        ASSERT_NE(desktop.displays.tablesOf(1), SimulatedDisplays::linearTables());
+        desktop.log.messages.clear();
+        desktop.displays.forgetCalls();
+    }
+
+    void expectRestoredForGood() {
+        EXPECT_EQ(desktop.displays.tablesOf(1), SimulatedDisplays::linearTables());
+        engine->brightness = 0.2;
+        EXPECT_EQ(desktop.displays.tablesOf(1), SimulatedDisplays::linearTables());
+    }
+
+    [[nodiscard]] std::size_t restores() const {
+        return desktop.displays.count(SimulatedDisplays::Call::Kind::write);
+    }
+};
+
+} // namespace
+
+TEST_F(AppDelegateTest, StartsTheEngineBeforeAnythingElse) {
+    delegate.applicationDidFinishLaunching();
+    EXPECT_EQ(desktop.log.messages.front(), "ColorFilterManager init starting");
+    EXPECT_EQ(desktop.log.messages.back(), "App launched successfully");
+    EXPECT_TRUE(desktop.application.isAgent);
+    EXPECT_FALSE(desktop.process.endedWith);
+}
+
+TEST_F(AppDelegateTest, SaysWhatIsMissingWhereNoCommandCanArrive) {
+    desktop.urls.missing = "no session bus";
+    delegate.applicationDidFinishLaunching();
+    EXPECT_EQ(desktop.log.count("Automation commands from other programs unavailable: "
+                                "no session bus"),
+              1U);
+    EXPECT_EQ(desktop.log.messages.back(), "App launched successfully");
+}
+
+TEST_F(AppDelegateTest, PutsEverythingBackOnceAndEndsAtASignal) {
+    for (const auto& [signal, line] :
+         {std::pair(TerminationSignal::interrupt, "SIGINT received - restoring gamma"),
+          std::pair(TerminationSignal::terminate, "SIGTERM received - restoring gamma")}) {
+        engine.reset();
+        brightnessRestores.clear();
+        launchDimmed();
+        ASSERT_TRUE(desktop.process.deliver(signal));
+        EXPECT_EQ(desktop.log.messages, std::vector<std::string>{line});
+        EXPECT_EQ(brightnessRestores, std::vector<std::string>{line});
+        EXPECT_EQ(restores(), 1U);
+        EXPECT_EQ(desktop.process.endedWith, 0);
+        EXPECT_LT(desktop.process.endsAfter, Seconds(2)) << "whatever the display server does";
+        EXPECT_TRUE(desktop.urls.handlers) << "that belongs to normal termination";
+        EXPECT_FALSE(desktop.process.deliver(signal)) << "a second one changes nothing";
+        expectRestoredForGood();
+    }
+}
+
+TEST_F(AppDelegateTest, PutsEverythingBackTwiceOnAQuit) {
+    launchDimmed();
+    delegate.quitApp();
+    EXPECT_EQ(desktop.application.terminatedWith, 0);
+    EXPECT_TRUE(desktop.log.messages.empty());
+    EXPECT_EQ(restores(), 1U);
+    desktop.application.willTerminate();
+    EXPECT_EQ(desktop.log.messages, std::vector<std::string>{"App terminating - restoring gamma"});
+    EXPECT_EQ(restores(), 2U);
+    EXPECT_EQ(brightnessRestores.size(), 2U);
+    EXPECT_FALSE(desktop.urls.handlers);
+    EXPECT_TRUE(desktop.process.endsAfter);
+    expectRestoredForGood();
+}
+
+TEST_F(AppDelegateTest, EndsWithAFailureWhenTheDisplayServerIsGone) {
+    launchDimmed();
+    delegate.displayServerLost("the connection broke");
+    EXPECT_EQ(desktop.log.messages.back(),
+              "ERROR: The display server is gone: the connection broke");
+    EXPECT_EQ(desktop.application.terminatedWith, 1);
+}
+
+TEST_F(AppDelegateTest, AppliesCommandsAtOnceInTheOrderInWhichTheyArrive) {
+    delegate.applicationDidFinishLaunching();
+    engine->intensity = 0.5;
+    desktop.displays.forgetCalls();
+    desktop.log.messages.clear();
+    const auto open = [&](const char* url) {
+        desktop.urls.handlers->open(url);
+    };
+
+    open("noctra://ON?x");
+    EXPECT_EQ(desktop.log.messages,
+              (std::vector<std::string>{"Automation URL received: noctra://ON?x",
+                                        "Automation command applied: on"}));
+    GammaTables warm;
+    scaleGammaTables(SimulatedDisplays::linearTables(), ColorTemperatureCurve::normalizedRGB(0.5),
+                     1.0, warm);
+    EXPECT_EQ(desktop.displays.tablesOf(1), warm);
+
+    open("noctra://on"); // applied again, though it is on
+    EXPECT_EQ(restores(), 2U);
+    open("noctra://toggle");
+    EXPECT_FALSE(engine->isEnabled);
+    open("noctra://toggle");
+    open("noctra://off");
+    EXPECT_FALSE(engine->isEnabled);
+    EXPECT_EQ(restores(), 5U);
+
+    desktop.log.messages.clear();
+    desktop.urls.handlers->activate();
+    open("noctra://show");
+    EXPECT_EQ(desktop.log.count("Automation command applied: show"), 2U);
+    EXPECT_EQ(restores(), 5U);
+}
+
+TEST_F(AppDelegateTest, IgnoresABadUrlWithOneLineThatDoesNotRepeatIt) {
+    launchDimmed();
+    for (const std::string& url : {std::string("noctra://dim"), std::string(1 << 20, 'x')}) {
+        desktop.urls.handlers->open(url);
+        EXPECT_EQ(desktop.log.messages, std::vector<std::string>{"Ignored invalid automation URL"});
+        desktop.log.messages.clear();
+    }
+    EXPECT_EQ(restores(), 0U);
+    EXPECT_TRUE(engine->isEnabled);
+}
+
+} // namespace noctra

@@ -1,0 +1,99 @@
+#include "app/DebugLogger.h"
+
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "platform/simulated/SimulatedDesktop.h"
+
+namespace noctra {
+
+namespace {
+
+struct DebugLoggerTest : testing::Test {
+    SimulatedDesktop desktop;
+
+    DebugLoggerTest() {
+        using namespace std::chrono;
+        desktop.wall.set(sys_days{2026y / November / 16} + 9h + 44min + 29s + 107ms);
+        desktop.system.screens = 2;
+    }
+
+    static std::vector<std::string> linesOf(const std::string& text) {
+        std::vector<std::string> lines(1);
+        for (const char c : text)
+            c == '\n' ? lines.emplace_back() : lines.back() += c;
+        return lines;
+    }
+};
+
+} // namespace
+
+TEST_F(DebugLoggerTest, BeginsWithThreeHeaderLinesAndEchoesEveryLine) {
+    DebugLogger log(desktop.wall, desktop.system, desktop.output);
+    EXPECT_EQ(desktop.output.lines,
+              (std::vector<std::string>{"[09:44:29.107] Noctra v2.23 initialized",
+                                        "[09:44:29.107] macOS Version 14.2 (Build 23C64)",
+                                        "[09:44:29.107] Screens: 2"}));
+}
+
+TEST_F(DebugLoggerTest, StampsLinesInLocalTimeWithTwentyFourHours) {
+    using namespace std::chrono;
+    desktop.wall.setZone(hours(-10) - minutes(30));
+    desktop.wall.set(sys_days{2026y / November / 17} + 9h + 35min + 9s + 4ms);
+    DebugLogger log(desktop.wall, desktop.system, desktop.output);
+    log.log("x");
+    EXPECT_EQ(desktop.output.lines.back(), "[23:05:09.004] x");
+    desktop.wall.set(sys_days{1969y / December / 31} + 23h + 59min + 59s + 999ms);
+    desktop.wall.setZone(minutes(0));
+    log.log(" unchanged ");
+    EXPECT_EQ(desktop.output.lines.back(), "[23:59:59.999]  unchanged ");
+}
+
+TEST_F(DebugLoggerTest, DropsTheOldestLineAtTheTwoHundredAndFirst) {
+    DebugLogger log(desktop.wall, desktop.system, desktop.output);
+    for (int i = 0; i < 196; ++i)
+        log.log("line");
+    log.log("two\nlines"); // one entry
+    std::vector<std::string> lines = linesOf(log.getFullLog());
+    ASSERT_EQ(lines.size(), 5U + 201U);
+    EXPECT_EQ(lines[5], "[09:44:29.107] Noctra v2.23 initialized");
+    EXPECT_EQ(lines.back(), "lines");
+
+    log.log("one too many");
+    lines = linesOf(log.getFullLog());
+    ASSERT_EQ(lines.size(), 5U + 201U);
+    EXPECT_EQ(lines[5], "[09:44:29.107] macOS Version 14.2 (Build 23C64)");
+    EXPECT_EQ(lines.back(), "[09:44:29.107] one too many");
+}
+
+TEST_F(DebugLoggerTest, DescribesTheMachineAsItIsWhenTheTextIsMade) {
+    DebugLogger log(desktop.wall, desktop.system, desktop.output);
+    desktop.wall.setZone(std::chrono::hours(3)); // the date stays in UTC
+    desktop.system.screens = 3;
+    const std::string expected = "=== Noctra Debug Log ===\n"
+                                 "Generated: 2026-11-16 09:44:29 +0000\n"
+                                 "macOS: Version 14.2 (Build 23C64)\n"
+                                 "Screens: 3\n"
+                                 "===========================\n"
+                                 "[09:44:29.107] Noctra v2.23 initialized\n";
+    EXPECT_EQ(log.getFullLog().substr(0, expected.size()), expected);
+}
+
+TEST_F(DebugLoggerTest, TakesLinesFromManyThreads) {
+    DebugLogger log(desktop.wall, desktop.system, desktop.output);
+    {
+        std::vector<std::jthread> threads;
+        for (int t = 0; t < 4; ++t)
+            threads.emplace_back([&] {
+                for (int i = 0; i < 300; ++i)
+                    log.log("from a thread");
+            });
+    }
+    EXPECT_EQ(desktop.output.lines.size(), 3U + 1200U);
+    EXPECT_EQ(linesOf(log.getFullLog()).size(), 5U + 200U);
+}
+
+} // namespace noctra
