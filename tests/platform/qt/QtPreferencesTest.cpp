@@ -1,0 +1,116 @@
+#include "platform/qt/QtPreferences.h"
+
+#include <cmath>
+#include <memory>
+#include <utility>
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include "platform/simulated/SimulatedDesktop.h"
+
+namespace noctra {
+
+namespace {
+
+struct QtPreferencesTest : testing::Test {
+    QTemporaryDir home;
+    const QString path = home.filePath("config/noctra/noctra.conf");
+    SimulatedDesktop desktop;
+
+    std::unique_ptr<QtPreferences> open() {
+        return std::make_unique<QtPreferences>(path, desktop.mainQueue, desktop.log);
+    }
+    void store(const QByteArray& contents) {
+        QDir().mkpath(home.filePath("config/noctra"));
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(contents);
+    }
+    static QByteArray contentsOf(const QString& name) {
+        QFile file(name);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
+    }
+};
+
+} // namespace
+
+TEST_F(QtPreferencesTest, KeepWhatWasWrittenAndEveryKeyTheyDoNotKnow) {
+    store("[General]\nfuture=1, 2\n\n[Other]\nkey=value\n");
+    auto preferences = open();
+    preferences->setDouble("filterBrightness", 0.1 + 0.2);
+    preferences->setBool("allowExtremeDim", true);
+    EXPECT_EQ(preferences->numberForKey("filterBrightness"), 0.1 + 0.2) << "before it is on disk";
+    desktop.settle();
+    const QByteArray saved = contentsOf(path);
+    EXPECT_TRUE(saved.contains("future=1, 2")) << saved.toStdString();
+    EXPECT_TRUE(saved.contains("[Other]\nkey=value")) << saved.toStdString();
+
+    preferences = open();
+    EXPECT_EQ(preferences->numberForKey("filterBrightness"), 0.1 + 0.2) << "to the last bit";
+    EXPECT_TRUE(preferences->boolForKey("allowExtremeDim"));
+    EXPECT_TRUE(desktop.log.messages.empty());
+}
+
+TEST_F(QtPreferencesTest, TellAMissingKeyFromAStoredZeroAndSayWhichValueTheyIgnored) {
+    store("[General]\nzero=0\ntext=abc\nlist=1, 2\nyes=yes\nno=false\nnan=nan\nempty=\n");
+    const auto preferences = open();
+    EXPECT_EQ(preferences->numberForKey("missing"), std::nullopt);
+    EXPECT_EQ(preferences->numberForKey("zero"), 0.0);
+    EXPECT_EQ(preferences->doubleForKey("missing"), 0.0);
+    EXPECT_TRUE(std::isnan(preferences->doubleForKey("nan"))) << "the engine refuses it";
+    EXPECT_TRUE(preferences->boolForKey("yes"));
+    EXPECT_FALSE(preferences->boolForKey("no"));
+    EXPECT_FALSE(preferences->boolForKey("missing"));
+    EXPECT_TRUE(desktop.log.messages.empty());
+
+    for (const char* key : {"text", "list", "empty"}) {
+        EXPECT_EQ(preferences->numberForKey(key), std::nullopt) << key;
+        EXPECT_FALSE(preferences->boolForKey(key)) << key;
+        EXPECT_EQ(desktop.log.count(std::string("ERROR: Ignored the preference ") + key +
+                                    ", which is not a number"),
+                  1U);
+    }
+}
+
+TEST_F(QtPreferencesTest, MoveADamagedFileAsideAndNeverOverAnEarlierOne) {
+    const QByteArray garbage("\x00\xFF garbage without any sense\n\x01\x02", 32);
+    for (int number = 1; number <= 2; ++number) {
+        store(garbage);
+        const auto preferences = open();
+        EXPECT_EQ(preferences->numberForKey("filterBrightness"), std::nullopt);
+        preferences->setDouble("filterBrightness", 0.5);
+        desktop.settle();
+        EXPECT_EQ(contentsOf(path + ".damaged-" + QString::number(number)), garbage);
+        EXPECT_TRUE(contentsOf(path).contains("filterBrightness=0.5"));
+        EXPECT_EQ(desktop.log.messages.size(), static_cast<std::size_t>(number));
+    }
+    EXPECT_TRUE(open()->numberForKey("filterBrightness")) << "the new file is a good one";
+}
+
+TEST_F(QtPreferencesTest, StartWithDefaultsWhereTheFileIsNoFileAtAll) {
+    QDir().mkpath(path + "/inside");
+    const auto preferences = open();
+    preferences->setDouble("filterBrightness", 0.5);
+    desktop.settle();
+    EXPECT_TRUE(QDir(path + ".damaged-1/inside").exists());
+    EXPECT_TRUE(contentsOf(path).contains("filterBrightness=0.5"));
+}
+
+TEST_F(QtPreferencesTest, SayOnceThatTheyCannotBeWrittenAndGoOn) {
+    QFile blocker(home.filePath("config")); // a file where the directory should be
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+    const auto preferences = open();
+    for (const double value : {0.5, 0.6}) {
+        preferences->setDouble("filterBrightness", value);
+        desktop.settle();
+    }
+    EXPECT_EQ(preferences->numberForKey("filterBrightness"), 0.6);
+    EXPECT_EQ(desktop.log.messages.size(), 1U);
+}
+
+} // namespace noctra
