@@ -29,6 +29,17 @@ void AppDelegate::applicationDidFinishLaunching() {
     if (!unreachable.empty())
         services_.log.log("Automation commands from other programs unavailable: " + unreachable);
     services_.log.log("App launched successfully");
+    if (services_.process.environment("NOCTRA_MENUBAR_ICON_TEST") == "1") {
+        selfTest_ = std::make_unique<MenuBarIconSelfTest>(MenuBarIconSelfTest::Parts{
+            .log = services_.log,
+            .mainQueue = services_.mainQueue,
+            .wallClock = services_.wallClock,
+            .files = services_.files,
+            .updateMenuBarIcon = {},
+            .terminate = [this] { services_.application.terminate(0); },
+        });
+        selfTest_->run();
+    }
 }
 
 void AppDelegate::setupSignalHandlers() {

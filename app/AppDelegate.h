@@ -1,9 +1,11 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "app/AutomationCommand.h"
+#include "app/MenuBarIconSelfTest.h"
 #include "foundation/Log.h"
 #include "foundation/MainQueue.h"
 #include "platform/Process.h"
@@ -21,6 +23,8 @@ struct AppServices {
     Application& application;
     Process& process;
     UrlChannel& urls;
+    const WallClock& wallClock;
+    ScratchFiles& files;
     /// The engine; its first call constructs it.
     std::function<ColorFilterManager&()> engine;
     /// Puts the displays' backlights back. Any thread, may be called twice. Empty while no part of
@@ -63,6 +67,7 @@ private:
 
     const AppServices services_;
     bool displayServerLost_ = false;
+    std::unique_ptr<MenuBarIconSelfTest> selfTest_;
 };
 
 } // namespace noctra

@@ -40,6 +40,7 @@ struct SimulatedDesktop {
     SimulatedUrlChannel urls;
     SimulatedSystemInfo system;
     RecordedLines output;
+    SimulatedScratchFiles files;
     SimulatedLoginItem loginItem;
     SimulatedBacklight backlight;
     SimulatedDisplayChanges displayChanges;

@@ -4,6 +4,7 @@
 // test has told it to.
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <utility>
@@ -14,6 +15,7 @@
 #include "platform/DisplayChanges.h"
 #include "platform/LineOutput.h"
 #include "platform/LoginItem.h"
+#include "platform/ScratchFiles.h"
 #include "platform/SystemInfo.h"
 #include "platform/UrlChannel.h"
 
@@ -59,6 +61,24 @@ public:
     std::vector<std::string> lines;
 
     void writeLine(std::string_view line) override { lines.emplace_back(line); }
+};
+
+class SimulatedScratchFiles : public ScratchFiles {
+public:
+    std::map<std::string, std::string> contents;
+    std::string error; ///< what every operation answers, doing nothing
+
+    std::string create(const std::string& path, std::string_view text) override {
+        if (error.empty())
+            contents[path] = text;
+        return error;
+    }
+    std::string append(const std::string& path, std::string_view text) override {
+        if (!contents.contains(path))
+            return "no such file";
+        contents[path] += text;
+        return {};
+    }
 };
 
 class SimulatedLoginItem : public LoginItem {

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,8 @@ struct AppDelegateTest : testing::Test {
         .application = desktop.application,
         .process = desktop.process,
         .urls = desktop.urls,
+        .wallClock = desktop.wall,
+        .files = desktop.files,
         .engine = [this]() -> ColorFilterManager& { return madeEngine(); },
         .restoreBrightness =
             [this] {
@@ -172,6 +175,52 @@ TEST_F(AppDelegateTest, IgnoresABadUrlWithOneLineThatDoesNotRepeatIt) {
     }
     EXPECT_EQ(restores(), 0U);
     EXPECT_TRUE(engine->isEnabled);
+}
+
+TEST_F(AppDelegateTest, RunsTheIconTestAndQuitsWhereTheEnvironmentAsksForExactlyThat) {
+    for (const char* value : {"", "true", "01", " 1"}) {
+        desktop.process.setEnvironment("NOCTRA_MENUBAR_ICON_TEST", value);
+        delegate.applicationDidFinishLaunching();
+        desktop.advance(Seconds(2));
+        EXPECT_FALSE(desktop.application.terminatedWith) << value;
+    }
+    const std::string report = "/tmp/noctra_menubar_icon_test.txt";
+    for (const bool writable : {true, false}) {
+        desktop.files.error = writable ? "" : "no space";
+        desktop.files.contents.clear();
+        desktop.log.messages.clear();
+        desktop.application.terminatedWith.reset();
+        desktop.process.setEnvironment("NOCTRA_MENUBAR_ICON_TEST", "1");
+        delegate.applicationDidFinishLaunching();
+        desktop.advance(Seconds(1.39));
+        EXPECT_FALSE(desktop.application.terminatedWith);
+        desktop.advance(Seconds(0.02));
+        EXPECT_EQ(desktop.application.terminatedWith, 0);
+
+        const std::vector<std::string> steps{
+            "NOCTRA_MENUBAR_ICON_TEST=1 enabled (will swap icons and quit)",
+            "Menu bar icon -> OFF",
+            "dumpStatusIcon(off) failed (no image)", // while there is no status item
+            "Menu bar icon -> ACTIVE",
+            "dumpStatusIcon(active) failed (no image)",
+            "Menu bar icon test complete -> terminating"};
+        for (const std::string& step : steps)
+            EXPECT_EQ(desktop.log.count(step), 1U) << step;
+
+        EXPECT_EQ(desktop.files.contents.contains(report), writable);
+        if (!writable)
+            continue;
+        std::istringstream lines(desktop.files.contents[report]);
+        std::string line;
+        std::getline(lines, line);
+        EXPECT_EQ(line, "Noctra2 menu bar icon test");
+        for (const std::string& step : steps) {
+            std::getline(lines, line);
+            EXPECT_EQ(line.substr(0, 17), "1970-01-01 00:00:");
+            EXPECT_EQ(line.substr(19), " +0000: " + step);
+        }
+        EXPECT_FALSE(std::getline(lines, line));
+    }
 }
 
 } // namespace noctra

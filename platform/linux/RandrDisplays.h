@@ -1,0 +1,87 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "foundation/Log.h"
+#include "platform/Displays.h"
+#include "platform/linux/GammaResampler.h"
+#include "platform/linux/RandrScreens.h"
+#include "platform/linux/TableRecord.h"
+#include "platform/linux/XConnection.h"
+#include "platform/linux/calibration/CalibrationLookup.h"
+
+namespace noctra {
+
+/// Displays over RandR: a display is an output, its tables are those of the output's CRTC.
+///
+/// Holds a connection of its own. Operations may come from several threads; they take turns.
+/// Besides the contract of its interface it keeps this promise: tables that the program wrote are
+/// taken off a CRTC that no longer drives the display they were written for, before anything else
+/// is done with it (X servers keep a CRTC's tables over being switched off and handed to another
+/// output).
+class RandrDisplays : public Displays {
+public:
+    /// `record` knows what earlier runs wrote. `log` must outlive the object.
+    RandrDisplays(RandrConnection connection, std::unique_ptr<TableRecord> record, Log& log);
+    ~RandrDisplays() override;
+
+    /// Readable when the server has something to say; then `processEvents` has to be called.
+    [[nodiscard]] int descriptor() const;
+    /// Takes note of configuration changes. Returns why the server is gone, or an empty text.
+    [[nodiscard]] std::string processEvents();
+
+    void attachedScreens(std::vector<DisplayId>& ids) override;
+    Status readTables(DisplayId display, GammaTables& tables, std::uint32_t& sampleCount) override;
+    void writeTables(DisplayId display, const GammaTables& tables) override;
+    void settle(FunctionRef<void(DisplayId, Status)> failed) override;
+    void restoreCalibratedTables() override;
+    [[nodiscard]] std::size_t screenCount() const override { return screenCount_; }
+
+private:
+    struct Screen {
+        RandrScreen randr;
+        std::optional<CapturedTables> captured;
+        std::string calibrationSource; ///< as last logged
+        bool adopted = false;          ///< its CRTC has been freed of what was left on it
+    };
+    struct Write {
+        unsigned int sequence; ///< 0: never sent
+        DisplayId display;
+        xcb_randr_crtc_t crtc;
+        Status status;
+    };
+
+    void drainEvents(bool readSocket);
+    void refreshScreens();
+    void bringUpToDate();
+    void freeUnusedCrtcs();
+    void adopt(Screen& screen);
+    void calibrate(Screen& screen);
+    /// Queues a write; its outcome is in writes_ after roundTrip.
+    void send(DisplayId display, xcb_randr_crtc_t crtc, const NativeTables& tables);
+    void roundTrip();
+    /// Writes and waits. A failure is logged here; it belongs to no write that a caller asked for.
+    void writeNow(xcb_randr_crtc_t crtc, const NativeTables& tables);
+    [[nodiscard]] std::optional<NativeTables> readCrtc(xcb_randr_crtc_t crtc, Status& status);
+    [[nodiscard]] Screen* find(DisplayId display);
+
+    Log& log_;
+    std::mutex mutex_; // guards everything below
+    RandrConnection connection_;
+    std::unique_ptr<TableRecord> record_;
+    CalibrationLookup calibration_;
+    std::vector<Screen> screens_;
+    std::vector<xcb_randr_crtc_t> crtcs_;
+    std::vector<Write> writes_;
+    NativeTables scratch_;
+    bool configurationStale_ = false;
+    bool crtcsToFree_ = true; // also what earlier runs left behind
+    std::atomic<std::size_t> screenCount_ = 0;
+};
+
+} // namespace noctra

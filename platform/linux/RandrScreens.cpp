@@ -1,0 +1,78 @@
+#include "platform/linux/RandrScreens.h"
+
+#include <map>
+
+namespace noctra {
+
+namespace {
+
+struct CrtcState {
+    bool showsMode = false;
+    std::uint16_t gammaSize = 0;
+};
+
+std::map<xcb_randr_crtc_t, CrtcState> readCrtcs(xcb_connection_t* xcb,
+                                                const std::vector<xcb_randr_crtc_t>& crtcs,
+                                                xcb_timestamp_t timestamp) {
+    struct Asked {
+        xcb_randr_get_crtc_info_cookie_t info;
+        xcb_randr_get_crtc_gamma_size_cookie_t size;
+    };
+    std::vector<Asked> asked;
+    asked.reserve(crtcs.size());
+    for (const xcb_randr_crtc_t crtc : crtcs)
+        asked.push_back({xcb_randr_get_crtc_info(xcb, crtc, timestamp),
+                         xcb_randr_get_crtc_gamma_size(xcb, crtc)});
+
+    std::map<xcb_randr_crtc_t, CrtcState> states;
+    for (std::size_t i = 0; i < crtcs.size(); ++i) {
+        const XcbReply<xcb_randr_get_crtc_info_reply_t> info(
+            xcb_randr_get_crtc_info_reply(xcb, asked[i].info, nullptr));
+        const XcbReply<xcb_randr_get_crtc_gamma_size_reply_t> size(
+            xcb_randr_get_crtc_gamma_size_reply(xcb, asked[i].size, nullptr));
+        states[crtcs[i]] = {info && info->mode != XCB_NONE,
+                            size ? size->size : static_cast<std::uint16_t>(0)};
+    }
+    return states;
+}
+
+} // namespace
+
+RandrConfiguration readConfiguration(const RandrConnection& connection) {
+    xcb_connection_t* xcb = connection.xcb.get();
+    RandrConfiguration configuration;
+    const XcbReply<xcb_randr_get_screen_resources_current_reply_t> resources(
+        xcb_randr_get_screen_resources_current_reply(
+            xcb, xcb_randr_get_screen_resources_current(xcb, connection.root), nullptr));
+    if (!resources)
+        return configuration;
+
+    const auto* crtcs = xcb_randr_get_screen_resources_current_crtcs(resources.get());
+    configuration.crtcs.assign(
+        crtcs, crtcs + xcb_randr_get_screen_resources_current_crtcs_length(resources.get()));
+    const auto states = readCrtcs(xcb, configuration.crtcs, resources->config_timestamp);
+
+    const auto* outputs = xcb_randr_get_screen_resources_current_outputs(resources.get());
+    const int count = xcb_randr_get_screen_resources_current_outputs_length(resources.get());
+    std::vector<xcb_randr_get_output_info_cookie_t> asked;
+    asked.reserve(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i)
+        asked.push_back(xcb_randr_get_output_info(xcb, outputs[i], resources->config_timestamp));
+    for (int i = 0; i < count; ++i) {
+        const XcbReply<xcb_randr_get_output_info_reply_t> info(
+            xcb_randr_get_output_info_reply(xcb, asked[static_cast<std::size_t>(i)], nullptr));
+        if (!info)
+            continue;
+        const auto state = states.find(info->crtc);
+        if (state == states.end() || !state->second.showsMode)
+            continue;
+        const auto* name =
+            reinterpret_cast<const char*>(xcb_randr_get_output_info_name(info.get()));
+        configuration.screens.push_back(
+            {outputs[i], info->crtc, state->second.gammaSize,
+             std::string(name, xcb_randr_get_output_info_name_length(info.get()))});
+    }
+    return configuration;
+}
+
+} // namespace noctra

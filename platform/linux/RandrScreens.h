@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <xcb/randr.h>
+
+#include "platform/GammaTables.h"
+#include "platform/linux/XConnection.h"
+
+namespace noctra {
+
+/// One attached display: an output that shows a mode through a CRTC.
+struct RandrScreen {
+    DisplayId output = 0;
+    xcb_randr_crtc_t crtc = XCB_NONE;
+    std::uint16_t gammaSize = 0; ///< entries per channel of the CRTC; 0: it has no tables
+    std::string connector;       ///< the output's name, e.g. "DP-1"
+};
+
+/// What the X server has at the moment, without probing the hardware. On a broken connection both
+/// lists are empty.
+struct RandrConfiguration {
+    std::vector<RandrScreen> screens;    ///< in the server's order
+    std::vector<xcb_randr_crtc_t> crtcs; ///< every CRTC, in use or not
+};
+
+/// Three round trips, however many outputs there are. The connection state is not consulted: an
+/// output is attached when its CRTC has a mode.
+[[nodiscard]] RandrConfiguration readConfiguration(const RandrConnection& connection);
+
+} // namespace noctra

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include <xcb/randr.h>
+#include <xcb/xcb.h>
+
+namespace noctra {
+
+struct XcbDisconnect {
+    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+};
+using XcbConnection = std::unique_ptr<xcb_connection_t, XcbDisconnect>;
+
+struct FreeReply {
+    void operator()(void* reply) const { std::free(reply); }
+};
+/// A reply or event that xcb allocated.
+template <typename Reply>
+using XcbReply = std::unique_ptr<Reply, FreeReply>;
+
+/// A connection to an X server that has RandR 1.3 or later.
+struct RandrConnection {
+    XcbConnection xcb;
+    xcb_window_t root = XCB_NONE;
+    std::uint8_t firstEvent = 0; ///< RandR's event numbers start here
+    std::string description;     ///< for the log: the server's name and RandR's version
+};
+
+/// Connects to `displayName` (nullptr: the one that DISPLAY names). On failure `xcb` is null and
+/// `description` says why.
+[[nodiscard]] RandrConnection connectToRandr(const char* displayName);
+
+/// Why `connection` is unusable; empty while it is usable.
+[[nodiscard]] std::string connectionError(xcb_connection_t* connection);
+
+} // namespace noctra

@@ -1,0 +1,128 @@
+#include "platform/linux/calibration/IccProfileProperty.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace noctra {
+
+namespace {
+
+struct Free {
+    void operator()(void* memory) const { std::free(memory); }
+};
+template <typename Type>
+using Reply = std::unique_ptr<Type, Free>;
+
+/// A part of a property, as it stands when the server gave none.
+struct Piece {
+    Reply<void> reply; // owns the bytes
+    bool isBytes = false;
+    std::size_t bytesAfter = 0;
+    std::span<const std::byte> bytes;
+};
+
+/// Lengths and offsets of property requests count units of four bytes.
+constexpr std::uint32_t pieceUnits = 64 * 1024;
+
+/// Collects a property from the pieces that `pieceAt` gives for an offset in units.
+template <typename PieceAt>
+IccProfile collect(PieceAt pieceAt) {
+    IccProfile profile;
+    for (std::optional<std::size_t> total;;) {
+        const Piece piece = pieceAt(static_cast<std::uint32_t>(profile.size() / 4));
+        const std::size_t whole = profile.size() + piece.bytes.size() + piece.bytesAfter;
+        if (!piece.isBytes || whole > largestIccProfile || whole != total.value_or(whole))
+            return {};
+        total = whole;
+        profile.insert(profile.end(), piece.bytes.begin(), piece.bytes.end());
+        if (piece.bytesAfter == 0)
+            return profile;
+        if (piece.bytes.size() != std::size_t{pieceUnits} * 4)
+            return {}; // not what was asked for: the next piece would leave a gap
+    }
+}
+
+std::span<const std::byte> bytesAt(const void* data, int length) {
+    return {static_cast<const std::byte*>(data), static_cast<std::size_t>(std::max(length, 0))};
+}
+
+IccProfile outputProperty(xcb_connection_t* connection, xcb_randr_output_t output,
+                          xcb_atom_t property) {
+    return collect([=](std::uint32_t offset) {
+        const auto request = xcb_randr_get_output_property(
+            connection, output, property, XCB_GET_PROPERTY_TYPE_ANY, offset, pieceUnits, 0, 0);
+        auto* const reply = xcb_randr_get_output_property_reply(connection, request, nullptr);
+        if (reply == nullptr)
+            return Piece();
+        return Piece{Reply<void>(reply), reply->format == 8, reply->bytes_after,
+                     bytesAt(xcb_randr_get_output_property_data(reply),
+                             xcb_randr_get_output_property_data_length(reply))};
+    });
+}
+
+IccProfile windowProperty(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t property) {
+    return collect([=](std::uint32_t offset) {
+        const auto request = xcb_get_property(connection, 0, window, property,
+                                              XCB_GET_PROPERTY_TYPE_ANY, offset, pieceUnits);
+        auto* const reply = xcb_get_property_reply(connection, request, nullptr);
+        if (reply == nullptr)
+            return Piece();
+        return Piece{Reply<void>(reply), reply->format == 8, reply->bytes_after,
+                     bytesAt(xcb_get_property_value(reply), xcb_get_property_value_length(reply))};
+    });
+}
+
+xcb_atom_t existingAtom(xcb_connection_t* connection, const std::string& name) {
+    const auto request =
+        xcb_intern_atom(connection, 1, static_cast<std::uint16_t>(name.size()), name.c_str());
+    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, request, nullptr));
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+/// The index of the monitor that shows `output`, in the server's order.
+std::optional<int> monitorOf(xcb_connection_t* connection, xcb_window_t root,
+                             xcb_randr_output_t output) {
+    const Reply<xcb_randr_get_monitors_reply_t> reply(xcb_randr_get_monitors_reply(
+        connection, xcb_randr_get_monitors(connection, root, 1), nullptr));
+    if (!reply)
+        return std::nullopt;
+    int index = 0;
+    for (auto monitor = xcb_randr_get_monitors_monitors_iterator(reply.get()); monitor.rem > 0;
+         xcb_randr_monitor_info_next(&monitor), ++index) {
+        const auto* const outputs = xcb_randr_monitor_info_outputs(monitor.data);
+        const auto* const end = outputs + xcb_randr_monitor_info_outputs_length(monitor.data);
+        if (std::find(outputs, end, output) != end)
+            return index;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+IccProfile iccProfileOf(xcb_connection_t* connection, xcb_window_t root,
+                        xcb_randr_output_t output) {
+    // A request of an extension that the server lacks would break the connection.
+    const auto* const randr = xcb_get_extension_data(connection, &xcb_randr_id);
+    if (randr == nullptr || randr->present == 0)
+        return {};
+
+    const std::string name = "_ICC_PROFILE";
+    const xcb_atom_t first = existingAtom(connection, name);
+    if (first != XCB_ATOM_NONE)
+        if (IccProfile profile = outputProperty(connection, output, first); !profile.empty())
+            return profile;
+
+    const std::optional<int> monitor = monitorOf(connection, root, output);
+    if (!monitor)
+        return {};
+    const xcb_atom_t property =
+        *monitor == 0 ? first : existingAtom(connection, name + '_' + std::to_string(*monitor));
+    return property == XCB_ATOM_NONE ? IccProfile() : windowProperty(connection, root, property);
+}
+
+} // namespace noctra

@@ -1,0 +1,178 @@
+#include "platform/linux/TableRecord.h"
+
+#include <csignal>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+namespace noctra {
+
+namespace {
+
+using Opened = TableRecord::Opened;
+
+NativeTables flat(std::size_t size, int level) {
+    const std::vector<std::uint16_t> channel(size, static_cast<std::uint16_t>(level));
+    return {channel, channel, channel};
+}
+
+struct TableRecordTest : testing::Test {
+    std::filesystem::path folder;
+    std::string path;
+
+    TableRecordTest() {
+        char pattern[] = "/tmp/noctra-record-XXXXXX";
+        folder = ::mkdtemp(pattern);
+        path = folder / "tables";
+    }
+    ~TableRecordTest() override { std::filesystem::remove_all(folder); }
+};
+
+} // namespace
+
+TEST_F(TableRecordTest, RecognisesTheLastSettledWriteAndTheOneUnderWayInTheNextRun) {
+    {
+        const auto [record, opened, error] = TableRecord::open(path);
+        EXPECT_EQ(opened, Opened::fresh) << error;
+        ASSERT_TRUE(record->setBase(63, flat(256, 1000)));
+        record->willWrite(63, flat(256, 600));
+        record->settled(63, true);
+        record->willWrite(63, flat(256, 500)); // the run is killed here
+    }
+    const auto [record, opened, error] = TableRecord::open(path);
+    EXPECT_EQ(opened, Opened::existing);
+    EXPECT_EQ(record->baseIfOurs(63, flat(256, 600)), flat(256, 1000));
+    EXPECT_EQ(record->baseIfOurs(63, flat(256, 500)), flat(256, 1000));
+    EXPECT_EQ(record->baseIfOurs(63, flat(256, 601)), std::nullopt) << "somebody else's table";
+    EXPECT_EQ(record->baseIfOurs(63, flat(1024, 600)), std::nullopt);
+    EXPECT_EQ(record->baseIfOurs(64, flat(256, 600)), std::nullopt);
+
+    record->settled(63, true);
+    EXPECT_EQ(record->baseIfOurs(63, flat(256, 600)), std::nullopt) << "overwritten for good";
+    EXPECT_EQ(record->crtcs(), std::vector<std::uint32_t>{63});
+}
+
+TEST_F(TableRecordTest, KeepsTheWriteBeforeWhenTheServerRefusesOne) {
+    const auto record = TableRecord::open(path).record;
+    record->setBase(1, flat(16, 9));
+    for (const int level : {5, 4}) {
+        record->willWrite(1, flat(16, level));
+        record->settled(1, true);
+    }
+    record->willWrite(1, flat(16, 3));
+    record->settled(1, false);
+    EXPECT_TRUE(record->baseIfOurs(1, flat(16, 4)));
+    EXPECT_FALSE(record->baseIfOurs(1, flat(16, 3)));
+    record->willWrite(1, flat(16, 2));
+    EXPECT_TRUE(record->baseIfOurs(1, flat(16, 4))) << "still on the CRTC until the server answers";
+}
+
+TEST_F(TableRecordTest, ForgetsEarlierWritesWithANewBase) {
+    const auto record = TableRecord::open(path).record;
+    record->setBase(1, flat(16, 9));
+    record->willWrite(1, flat(16, 5));
+    record->settled(1, true);
+    record->setBase(1, flat(4096, 8));
+    EXPECT_FALSE(record->baseIfOurs(1, flat(16, 5)));
+    EXPECT_FALSE(record->setBase(1, flat(4097, 8))) << "more entries than it can hold";
+    EXPECT_FALSE(record->setBase(0, flat(16, 8)));
+    for (std::uint32_t crtc = 2; crtc <= 64; ++crtc)
+        EXPECT_TRUE(record->setBase(crtc, flat(16, 8)));
+    EXPECT_FALSE(record->setBase(65, flat(16, 8))) << "more CRTCs than it can hold";
+}
+
+TEST_F(TableRecordTest, RecognisesWhatIsOnTheCrtcAtWhateverInstructionTheRunIsKilled) {
+    constexpr int levels = 16;
+    for (int round = 0; round < 40; ++round) {
+        int progress[2];
+        ASSERT_EQ(::pipe(progress), 0);
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            const auto record = TableRecord::open(path).record;
+            record->setBase(1, flat(4096, 7));
+            for (int step = 0;; ++step) {
+                record->willWrite(1, flat(4096, 100 + step % levels));
+                record->settled(1, true);
+                if (step == 3 + round * 5 && ::write(progress[1], "x", 1) != 1)
+                    ::_exit(1);
+            }
+        }
+        char byte = 0;
+        ASSERT_EQ(::read(progress[0], &byte, 1), 1); // the child goes on meanwhile
+        ::kill(child, SIGKILL);
+        ::waitpid(child, nullptr, 0);
+        ::close(progress[0]);
+        ::close(progress[1]);
+
+        const auto record = TableRecord::open(path).record;
+        int recognised = 0;
+        for (int level = 100; level < 100 + levels; ++level)
+            if (const auto base = record->baseIfOurs(1, flat(4096, level))) {
+                EXPECT_EQ(*base, flat(4096, 7));
+                ++recognised;
+            }
+        EXPECT_GE(recognised, 1) << "round " << round;
+        EXPECT_LE(recognised, 2) << "round " << round;
+    }
+}
+
+TEST_F(TableRecordTest, LetsOnlyOneProcessWriteAtATime) {
+    const auto first = TableRecord::open(path).record;
+    auto second = TableRecord::open(path);
+    EXPECT_EQ(second.opened, Opened::inUse);
+    EXPECT_NE(second.error, "");
+    second.record->setBase(5, flat(16, 1)); // in memory only
+    EXPECT_TRUE(first->crtcs().empty());
+}
+
+TEST_F(TableRecordTest, StartsAfreshFromAFileThatIsNotItsOwn) {
+    for (const std::string& contents :
+         {std::string("short"), std::string(5'000'000, 'x'), std::string(4'720'912, '\xFF')}) {
+        std::ofstream(path, std::ios::binary | std::ios::trunc) << contents;
+        const auto [record, opened, error] = TableRecord::open(path);
+        EXPECT_EQ(opened, Opened::fresh) << error;
+        EXPECT_TRUE(record->crtcs().empty());
+        EXPECT_TRUE(record->setBase(1, flat(16, 1)));
+    }
+}
+
+TEST_F(TableRecordTest, SurvivesAnyContentsBehindAGoodHeader) {
+    { static_cast<void>(TableRecord::open(path).record->setBase(3, flat(256, 1))); }
+    const auto size = std::filesystem::file_size(path);
+    std::fstream file(path, std::ios::binary | std::ios::in | std::ios::out);
+    file.seekp(16);
+    const std::string garbage(size - 16, '\xA5');
+    file.write(garbage.data(), static_cast<std::streamsize>(garbage.size()));
+    file.close();
+    const auto [record, opened, error] = TableRecord::open(path);
+    EXPECT_EQ(opened, Opened::existing);
+    for (const std::uint32_t crtc : record->crtcs()) {
+        EXPECT_FALSE(record->baseIfOurs(crtc, flat(256, 0xA5A5)));
+        record->willWrite(crtc, flat(256, 3));
+        record->settled(crtc, true);
+    }
+}
+
+TEST_F(TableRecordTest, WorksInMemoryWhereThereIsNoFileToHave) {
+    std::filesystem::create_symlink(folder / "elsewhere", path);
+    for (const std::string& place : {path, std::string(), (folder / "no/such").string()}) {
+        const auto [record, opened, error] = TableRecord::open(place);
+        EXPECT_EQ(opened, Opened::unavailable) << place;
+        EXPECT_NE(error, "");
+        record->setBase(1, flat(16, 2));
+        record->willWrite(1, flat(16, 1));
+        EXPECT_EQ(record->baseIfOurs(1, flat(16, 1)), flat(16, 2));
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder / "elsewhere")) << "a link is not followed";
+}
+
+} // namespace noctra
