@@ -16,9 +16,9 @@ DebugLogger& DebugLogger::shared() {
 
 DebugLogger::DebugLogger(const WallClock& clock, const SystemInfo& system, LineOutput& output)
     : clock_(clock), system_(system), output_(output) {
-    log("Noctra v" + std::string(programVersion) + " initialized");
-    log(system_.systemName() + " " + system_.systemVersion());
-    log("Screens: " + std::to_string(system_.screenCount()));
+    DebugLogger::log("Noctra v" + std::string(programVersion) + " initialized");
+    DebugLogger::log(system_.systemName() + " " + system_.systemVersion());
+    DebugLogger::log("Screens: " + std::to_string(system_.screenCount()));
 }
 
 void DebugLogger::log(std::string_view message) {

@@ -18,7 +18,8 @@ public:
     template <typename Callable>
     requires(!std::is_same_v<std::remove_cvref_t<Callable>, FunctionRef> &&
              std::is_invocable_r_v<Result, Callable&, Arguments...>)
-        FunctionRef(Callable&& callable) // NOLINT(google-explicit-constructor): a parameter type
+        // NOLINTNEXTLINE(google-explicit-constructor,bugprone-forwarding-reference-overload)
+        FunctionRef(Callable&& callable)
         : object_(const_cast<void*>(static_cast<const void*>(&callable))),
           call_([](void* object, Arguments... arguments) -> Result {
               return (*static_cast<std::remove_reference_t<Callable>*>(object))(

@@ -23,7 +23,7 @@ constexpr int answerMilliseconds = 5000;
 /// The session bus's address: the environment's, else the user bus's socket; never a bus that would
 /// have to be started first.
 QString sessionBusAddress() {
-    const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
     if (!address.isEmpty())
         return address;
     const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");

@@ -8,7 +8,9 @@
 #include <cmath>
 #include <functional>
 #include <memory>
+#include <ostream>
 #include <set>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -27,11 +29,17 @@ public:
     virtual void unplugLast() = 0;
 };
 
-using MakeDisplays = std::function<std::unique_ptr<DisplaysUnderTest>()>;
+/// Makes a fresh one; `adapter` names it in the tests' names.
+struct MakeDisplays {
+    std::string adapter;
+    std::function<std::unique_ptr<DisplaysUnderTest>()> make;
+
+    friend void PrintTo(const MakeDisplays& made, std::ostream* out) { *out << made.adapter; }
+};
 
 class DisplaysContract : public testing::TestWithParam<MakeDisplays> {
 protected:
-    std::unique_ptr<DisplaysUnderTest> underTest = GetParam()();
+    std::unique_ptr<DisplaysUnderTest> underTest = GetParam().make();
     Displays& displays = underTest->displays();
 
     std::vector<DisplayId> attached() {

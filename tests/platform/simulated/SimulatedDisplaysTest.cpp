@@ -21,8 +21,10 @@ private:
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(Simulated, DisplaysContract, testing::Values(MakeDisplays([] {
-                             return std::make_unique<TwoSimulatedDisplays>();
-                         })));
+INSTANTIATE_TEST_SUITE_P(Simulated, DisplaysContract,
+                         testing::Values(MakeDisplays{
+                             "SimulatedDisplays", [] {
+                                 return std::make_unique<TwoSimulatedDisplays>();
+                             }}));
 
 } // namespace noctra
