@@ -1,0 +1,190 @@
+// Commands from other programs: over the message bus and from later starts.
+
+#include <algorithm>
+#include <csignal>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/desktop/support/DesktopFixture.h"
+
+namespace noctra::desktop {
+
+namespace {
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool freedMemoryIsKept = true;
+#elif defined(__has_feature)
+constexpr bool freedMemoryIsKept = __has_feature(address_sanitizer);
+#else
+constexpr bool freedMemoryIsKept = false;
+#endif
+
+/// What the memory may grow by over 1,800 toggles. The address sanitizer holds freed memory back.
+constexpr long slackKiB = freedMemoryIsKept ? 32 * 1024 : 256;
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+class Commands : public DesktopFixture {
+protected:
+    /// What the program logged after its start, up to now.
+    static std::vector<std::string> messagesSinceStart(const Program& program) {
+        std::vector<std::string> messages = program.messages();
+        const auto running = std::ranges::find(messages, std::string(runningLine));
+        messages.erase(messages.begin(), running == messages.end() ? running : running + 1);
+        return messages;
+    }
+};
+
+TEST_F(Commands, TwoThousandTogglesLeaveNoDifferenceAndNoGrowth) {
+    constexpr int first = 200;
+    constexpr int all = 2000;
+    const std::unique_ptr<Program> program = startProgram();
+    int sent = 0;
+    const auto toggleUpTo = [&](int count) {
+        for (; sent < count; ++sent)
+            channel().open({"noctra://toggle"});
+        return program->waitForLines(static_cast<std::size_t>(count),
+                                     "Automation command applied: toggle");
+    };
+    ASSERT_TRUE(toggleUpTo(first));
+    EXPECT_TRUE(isUntouched());
+    const long afterFirst = program->residentKiB();
+    ASSERT_TRUE(toggleUpTo(all - 1));
+    EXPECT_TRUE(isDimmed());
+    ASSERT_TRUE(toggleUpTo(all));
+    EXPECT_TRUE(isUntouched());
+    const long afterAll = program->residentKiB();
+    RecordProperty("residentKiBAfterFirst", std::to_string(afterFirst));
+    RecordProperty("residentKiBAfterAll", std::to_string(afterAll));
+    EXPECT_LE(afterAll, afterFirst + slackKiB);
+    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
+}
+
+TEST_F(Commands, OfAFloodWithoutWaitingTheLastOneWins) {
+    const std::unique_ptr<Program> program = startProgram();
+    std::size_t sent = 0;
+    for (const char* last : {"noctra://on", "noctra://off", "noctra://on"}) {
+        for (const char* url : {"noctra://toggle", "noctra://off", "noctra://on"})
+            for (int times = 0; times < 50; ++times, ++sent)
+                channel().openWithoutWaiting({url});
+        channel().openWithoutWaiting({last});
+        ASSERT_TRUE(program->waitForLines(++sent, appliedLine));
+        EXPECT_TRUE(std::string(last) == "noctra://on" ? isDimmed() : isUntouched());
+    }
+    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
+}
+
+TEST_F(Commands, BadUrlsOfEveryShapeAreLoggedAndChangeNothing) {
+    const std::string tooLong(1 << 20, 'a');
+    const std::vector<std::string> bad{"",
+                                       "on",
+                                       "noctra:on",
+                                       "noctra:",
+                                       "noctra://",
+                                       "noctra:///",
+                                       "noctra://dim",
+                                       "noctra://%6Fn",
+                                       "http://on",
+                                       "://on",
+                                       "//on",
+                                       " ",
+                                       "noctra://o n",
+                                       "noctra://\xC3\xB6n",
+                                       "noctra://foo/on",
+                                       tooLong,
+                                       "noctra://" + tooLong};
+    const std::unique_ptr<Program> program = startDimmed();
+    const std::size_t before = messagesSinceStart(*program).size();
+    channel().open(bad);
+    for (const std::string& url : bad)
+        channel().open({url});
+    command(*program, "noctra://on");
+
+    std::vector<std::string> messages = messagesSinceStart(*program);
+    messages.erase(messages.begin(), messages.begin() + static_cast<std::ptrdiff_t>(before));
+    std::vector<std::string> expected(2 * bad.size(), ignoredLine);
+    expected.insert(expected.end(),
+                    {"Automation URL received: noctra://on", "Automation command applied: on"});
+    EXPECT_EQ(messages, expected);
+    EXPECT_TRUE(isDimmed());
+    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
+}
+
+TEST_F(Commands, BytesThatAreNoTextInALaterStartAreIgnored) {
+    const std::unique_ptr<Program> program = startDimmed();
+    const std::unique_ptr<Program> later =
+        desktop().start({"noctra://\xFFon", "noctra://off\xC3", "noctra://\xED\xA0\x80"});
+    EXPECT_EQ(later->waitForEnding(), exited(0));
+    EXPECT_TRUE(program->waitForLines(3, ignoredLine));
+    EXPECT_TRUE(isDimmed());
+}
+
+TEST_F(Commands, SeveralUrlsOfALaterStartAreAppliedInTheirOrder) {
+    const std::unique_ptr<Program> program = startProgram();
+    const std::unique_ptr<Program> later = desktop().start(
+        {"noctra://ON", "NOCTRA://off/x?y#z", "noctra:nonsense", "noctra:///toggle"});
+    EXPECT_EQ(later->waitForEnding(), exited(0));
+    EXPECT_THAT(later->errorLines(), IsEmpty());
+    ASSERT_TRUE(program->waitForLine("Automation command applied: toggle"));
+    EXPECT_THAT(messagesSinceStart(*program),
+                ElementsAre("Automation URL received: noctra://ON",
+                            "Automation command applied: on",
+                            "Automation URL received: NOCTRA://off/x?y#z",
+                            "Automation command applied: off", ignoredLine,
+                            "Automation URL received: noctra:///toggle",
+                            "Automation command applied: toggle"));
+    EXPECT_TRUE(isDimmed());
+}
+
+TEST_F(Commands, ASecondStartWithoutUrlShowsTheFirstAndEnds) {
+    const std::unique_ptr<Program> program = startProgram();
+    const std::unique_ptr<Program> second = desktop().start();
+    EXPECT_EQ(second->waitForEnding(), exited(0));
+    EXPECT_TRUE(program->waitForLine("Automation command applied: show"));
+    channel().activate();
+    EXPECT_TRUE(program->waitForLines(2, "Automation command applied: show"));
+    EXPECT_TRUE(isUntouched());
+}
+
+TEST_F(Commands, AnActionThatNobodyKnowsChangesNothing) {
+    const std::unique_ptr<Program> program = startDimmed();
+    try {
+        channel().activateAction("no such action");
+    } catch (const std::runtime_error&) {
+        // Refusing the call is as good an answer as ignoring it.
+    }
+    command(*program, "noctra://on");
+    EXPECT_TRUE(isDimmed());
+    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
+}
+
+TEST_F(Commands, WithoutABusTheFirstStartsUrlIsApplied) {
+    desktop().takeBusAway();
+    const std::unique_ptr<Program> program = desktop().start({"noctra://on"});
+    ASSERT_TRUE(program->waitForLine("Automation command applied: on"));
+    EXPECT_TRUE(isDimmed());
+    EXPECT_TRUE(std::ranges::any_of(program->messages(), [](const std::string& message) {
+        return message.find("session bus") != std::string::npos;
+    })) << "the log does not say what is missing";
+    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
+}
+
+TEST_F(Commands, WithoutABusASecondStartOnTheSameDisplayIsRefused) {
+    desktop().takeBusAway();
+    const std::unique_ptr<Program> first = desktop().start({"noctra://on"});
+    ASSERT_TRUE(first->waitForLine("Automation command applied: on"));
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{}, std::vector<std::string>{"noctra://off"}}) {
+        const std::unique_ptr<Program> second = desktop().start(arguments);
+        EXPECT_EQ(second->waitForEnding(), exited(1));
+        EXPECT_THAT(second->errorLines(), Not(IsEmpty()));
+        EXPECT_TRUE(isDimmed());
+    }
+    EXPECT_TRUE(endsCleanly(*first, SIGTERM));
+}
+
+} // namespace
+
+} // namespace noctra::desktop

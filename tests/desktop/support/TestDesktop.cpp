@@ -1,0 +1,87 @@
+#include "tests/desktop/support/TestDesktop.h"
+
+#include <cstdlib>
+#include <sstream>
+
+namespace noctra::desktop {
+
+namespace {
+
+constexpr const char* personsFolders[] = {"home", "config", "cache", "data", "state", "runtime"};
+
+std::string binary() {
+    const char* other = std::getenv("NOCTRA_BINARY");
+    return other != nullptr ? other : NOCTRA_BINARY;
+}
+
+/// What a sanitized program needs to know, else it would run with other rules than the tests.
+void passSanitizerOptions(std::vector<std::string>& environment) {
+    for (const char* name : {"ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"})
+        if (const char* value = std::getenv(name); value != nullptr)
+            environment.push_back(std::string(name) + "=" + value);
+}
+
+} // namespace
+
+TestDesktop::TestDesktop(std::string display)
+    : display_(std::move(display)), bus_(std::make_unique<SessionBus>()),
+      busAddress_(bus_->address()) {
+    for (const char* name : personsFolders) {
+        std::filesystem::create_directory(folder_ / name);
+        std::filesystem::permissions(folder_ / name, std::filesystem::perms::owner_all);
+    }
+}
+
+void TestDesktop::takeBusAway() {
+    bus_.reset();
+    busAddress_ = "unix:path=" + (folder_ / "no-session-bus").string();
+}
+
+std::filesystem::path TestDesktop::preferencesFile() const {
+    return folder_.path() / "config" / "noctra" / "noctra.conf";
+}
+
+void TestDesktop::writePreferences(const std::string& bytes) const {
+    std::filesystem::create_directories(preferencesFile().parent_path());
+    writeFile(preferencesFile(), bytes);
+}
+
+void TestDesktop::presetFilter(double warmth, double brightness, bool allowExtremeDim) const {
+    std::ostringstream text;
+    text << "[General]\nfilterIntensity=" << warmth << "\nfilterBrightness=" << brightness
+         << "\nallowExtremeDim=" << (allowExtremeDim ? "true" : "false") << "\n";
+    writePreferences(text.str());
+}
+
+std::unique_ptr<Program> TestDesktop::start(const std::vector<std::string>& arguments,
+                                            Program::Output output) const {
+    std::vector<std::string> all{binary()};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    return std::make_unique<Program>(all, environment(), output);
+}
+
+std::vector<std::string> TestDesktop::environment() const {
+    const std::string at = folder_.path().string();
+    std::vector<std::string> variables{
+        "PATH=/usr/bin:/bin",
+        "LANG=C.UTF-8",
+        "USER=tester",
+        "HOME=" + at + "/home",
+        "XDG_CONFIG_HOME=" + at + "/config",
+        "XDG_CACHE_HOME=" + at + "/cache",
+        "XDG_DATA_HOME=" + at + "/data",
+        "XDG_STATE_HOME=" + at + "/state",
+        "XDG_RUNTIME_DIR=" + at + "/runtime",
+        "XDG_SESSION_TYPE=x11",
+        "DBUS_SESSION_BUS_ADDRESS=" + busAddress_,
+        "DBUS_SYSTEM_BUS_ADDRESS=unix:path=" + at + "/no-system-bus",
+    };
+    if (!display_.empty())
+        variables.push_back("DISPLAY=" + display_);
+    for (const auto& [name, value] : extra_)
+        variables.push_back(name + "=" + value);
+    passSanitizerOptions(variables);
+    return variables;
+}
+
+} // namespace noctra::desktop

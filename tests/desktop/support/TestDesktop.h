@@ -1,0 +1,47 @@
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tests/desktop/support/Program.h"
+#include "tests/desktop/support/SessionBus.h"
+#include "tests/desktop/support/TemporaryFolder.h"
+
+namespace noctra::desktop {
+
+/// One person's session on an X server: folders and message bus of its own, nothing of the session
+/// that the tests run in.
+class TestDesktop {
+public:
+    /// `display` as in the DISPLAY variable; empty: the variable is not set.
+    explicit TestDesktop(std::string display);
+
+    /// From now on programs find no session bus.
+    void takeBusAway();
+    [[nodiscard]] const std::string& busAddress() const { return busAddress_; }
+    void setVariable(const std::string& name, const std::string& value) { extra_[name] = value; }
+
+    [[nodiscard]] std::filesystem::path preferencesFile() const;
+    void writePreferences(const std::string& bytes) const;
+    /// A preferences file with these settings.
+    void presetFilter(double warmth, double brightness, bool allowExtremeDim = false) const;
+
+    /// Starts the program under test with `arguments`.
+    [[nodiscard]] std::unique_ptr<Program>
+    start(const std::vector<std::string>& arguments = {},
+          Program::Output output = Program::Output::read) const;
+
+private:
+    [[nodiscard]] std::vector<std::string> environment() const;
+
+    std::string display_;
+    TemporaryFolder folder_;
+    std::unique_ptr<SessionBus> bus_;
+    std::string busAddress_;
+    std::map<std::string, std::string> extra_;
+};
+
+} // namespace noctra::desktop
