@@ -31,7 +31,7 @@ namespace noctra {
 namespace {
 
 // A hung main thread must not keep a program whose terminal has gone.
-constexpr Seconds hangUpDeadline{2.0};
+constexpr Seconds hangUpDeadline{1.6};
 
 /// Reaches the shared log, which is made by the first line that anything logs.
 class SharedLog : public Log {
