@@ -45,14 +45,15 @@ void ColorFilterManager::applyFilter() {
         if (sealed_)
             return;
         formAttachedSetUnsafe();
+        // Displays that appeared since the last capture, all of them before the first write: two
+        // displays may share their tables (one mirrors the other).
+        for (const DisplayId display : attached_)
+            if (!originalGammas_.contains(display))
+                captureGammaUnsafe(display);
         for (const DisplayId display : attached_) {
-            auto captured = originalGammas_.find(display);
-            if (captured == originalGammas_.end()) {
-                captureGammaUnsafe(display); // a display that appeared since the last capture
-                captured = originalGammas_.find(display);
-                if (captured == originalGammas_.end())
-                    continue;
-            }
+            const auto captured = originalGammas_.find(display);
+            if (captured == originalGammas_.end())
+                continue; // its tables could not be read
             GammaTables filtered;
             scaleGammaTables(captured->second, gains, level, filtered);
             services_.displays.writeTables(display, filtered);

@@ -15,8 +15,7 @@ SerialQueue::~SerialQueue() {
         changed_.notify_all();
         changed_.wait(lock, [this] { return nowServing_ == nextTurn_; });
     }
-    if (worker_.joinable())
-        worker_.join();
+    worker_.join();
 }
 
 void SerialQueue::sync(FunctionRef<void()> work) {
@@ -35,8 +34,6 @@ void SerialQueue::sync(FunctionRef<void()> work) {
 void SerialQueue::async(std::function<void()> work) {
     const std::unique_lock lock(mutex_);
     pending_.push_back({nextTurn_++, std::move(work)});
-    if (!worker_.joinable())
-        worker_ = std::thread([this] { workerLoop(); });
     changed_.notify_all();
 }
 

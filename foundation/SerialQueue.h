@@ -15,8 +15,8 @@ namespace noctra {
 /// Runs pieces of work one at a time, in the order in which they were submitted.
 ///
 /// Synchronous work runs on the submitting thread (no hand-over to another thread and back), as
-/// soon as everything submitted before it has finished; asynchronous work runs on a thread that the
-/// queue starts the first time it needs one. Any thread may submit. Work must not throw.
+/// soon as everything submitted before it has finished; asynchronous work runs on a thread of the
+/// queue's own, which sleeps otherwise. Any thread may submit. Work must not throw.
 class SerialQueue {
 public:
     explicit SerialQueue(std::string label);
@@ -56,7 +56,11 @@ private:
     std::deque<Pending> pending_;
     std::thread::id runner_;
     bool ending_ = false;
-    std::thread worker_;
+    // Started at once: a queue that cannot have a thread later, when the process has run out of
+    // them, would have taken on work that it cannot do.
+    std::thread worker_{[this] {
+        workerLoop();
+    }};
 };
 
 } // namespace noctra

@@ -68,6 +68,8 @@ TEST_F(EngineGamma, CapturesADisplayThatAppearedWhenItFirstSeesIt) {
     engine->brightness = 0.4;
     EXPECT_EQ(desktop.displays.tablesOf(3), filtered(calibratedTables(0.7F), 0.0, 0.4));
     EXPECT_EQ(desktop.displays.count(Call::Kind::read), 1U) << "captured once";
+    EXPECT_EQ(desktop.displays.calls().front(), (Call{Call::Kind::read, 3}))
+        << "before anything is written: it may mirror a display that is filtered";
     engine->isEnabled = false;
     EXPECT_EQ(desktop.displays.tablesOf(3), calibratedTables(0.7F));
 }
