@@ -25,15 +25,18 @@ std::size_t schemeLength(std::string_view text) {
     return end != text.end() && *end == ':' ? static_cast<std::size_t>(end - text.begin()) : 0;
 }
 
-/// Well-formed UTF-8 (no overlong forms, no surrogates, nothing above U+10FFFF) without a NUL.
+/// Well-formed UTF-8 (no overlong forms, no surrogates, nothing above U+10FFFF) without control
+/// characters, which could forge log lines and steer the terminal that shows them.
 bool isText(std::string_view bytes) {
     std::size_t i = 0;
     while (i < bytes.size()) {
         const auto lead = static_cast<std::uint8_t>(bytes[i++]);
-        if (lead == 0)
+        if (lead < 0x20 || lead == 0x7F)
             return false;
         if (lead < 0x80)
             continue;
+        if (lead == 0xC2 && i < bytes.size() && static_cast<std::uint8_t>(bytes[i]) < 0xA0)
+            return false; // U+0080 to U+009F
         const int following = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
         std::uint8_t lowest = 0x80;
         std::uint8_t highest = 0xBF;

@@ -20,7 +20,7 @@ struct Url {
 inline constexpr std::size_t longestUrl = 8192;
 
 /// Splits `text` by the generic syntax of RFC 3986. Nothing when it has no scheme, is longer than
-/// `longestUrl`, or holds bytes that are not UTF-8 or a NUL.
+/// `longestUrl`, or holds bytes that are not UTF-8 or a control character.
 [[nodiscard]] std::optional<Url> parseUrl(std::string_view text);
 
 /// True when `text` starts like a URL: a scheme's characters and a colon.

@@ -37,7 +37,7 @@ TEST(AutomationCommand, IsTheHostOrElseTheFirstComponentOfThePath) {
         {"noctra://on#off", Command::on},
         {"noctra:///toggle/off?x#y", Command::toggle},
         {"noctra://me:secret@on:80/x", Command::on},
-        {"noctra:// on \n", Command::on},
+        {"noctra:// on ", Command::on},
         {"noctra:///\xC2\xA0off\xE2\x80\xA8", Command::off},
     };
     for (const auto& [text, command] : cases)
@@ -78,6 +78,11 @@ TEST(AutomationCommand, IsNothingInABadUrlOfAnyShape) {
         "noctra://on?\xED\xA0\x80",
         "noctra://on?\xC0\xAF",
         "noctra://on?\xF4\x90\x80\x80",
+        "noctra://on\n",
+        "noctra://on/\n[00:00:00.000] forged",
+        "noctra://on?\x1B[2J",
+        "noctra://on?\x7F",
+        "noctra://on?\xC2\x9B",
         std::string("noctra://on\0", 12),
         std::string("noctra://on?\0x", 14),
         "noctra://on?" + std::string(1 << 20, 'x'),
