@@ -1,8 +1,12 @@
 #include "platform/qt/QtPreferences.h"
 
+#include <utility>
+
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
+#include <QtCore/QRegularExpression>
+#include <QtCore/QSet>
 #include <QtCore/QStandardPaths>
 
 namespace noctra {
@@ -13,14 +17,49 @@ QString keyText(std::string_view key) {
     return QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size()));
 }
 
-/// QSettings takes a file that it may not read for an empty one, and finds out what is wrong with a
-/// section only when it is asked for the section's keys.
-bool isUnderstood(const QString& path) {
-    if (!QFileInfo(path).isFile() || !QFile(path).open(QIODevice::ReadOnly))
-        return false;
-    const QSettings settings(path, QSettings::IniFormat);
-    static_cast<void>(settings.allKeys());
-    return settings.status() == QSettings::NoError;
+constexpr qsizetype largestFile = 1 << 20; // a preferences file has a few hundred bytes
+
+/// What is in a file of preferences, judged by its lines: QSettings takes most garbage for good.
+enum class Contents { plain, foreign, damaged };
+
+/// Plain lines come back as they were when QSettings writes the file again. Foreign ones do not (a
+/// comment, a byte-order mark, a letter beyond ASCII, a key that stands there twice), though they
+/// are no damage.
+Contents judge(QByteArray bytes) {
+    static const QRegularExpression plainLine(
+        QStringLiteral(R"(^(\[[A-Za-z0-9_.%\\/-]+\]|[A-Za-z0-9_.%\\/-]+=(?!@)[ -~]*)?$)"));
+    bool foreign = bytes.startsWith("\xEF\xBB\xBF");
+    if (foreign)
+        bytes.remove(0, 3);
+    if (bytes.contains('\0') || bytes.size() > largestFile)
+        return Contents::damaged;
+    QSet<QByteArray> keys;
+    QByteArray section;
+    for (QByteArray line : bytes.split('\n')) {
+        line = line.trimmed();
+        const bool comment = line.startsWith('#') || line.startsWith(';');
+        const bool header = line.startsWith('[') && line.endsWith(']');
+        const auto equals = line.indexOf('=');
+        if (!line.isEmpty() && !comment && !header && equals <= 0)
+            return Contents::damaged;
+        if (header)
+            section = line;
+        const QByteArray key = section + line.left(equals);
+        foreign = foreign || !plainLine.match(QString::fromLatin1(line)).hasMatch() ||
+                  (!header && equals > 0 && keys.contains(key));
+        keys.insert(key);
+    }
+    return foreign ? Contents::foreign : Contents::plain;
+}
+
+/// The first name of the form `path` + `what` + a number that nothing has yet; empty after 999.
+QString unusedName(const QString& path, const char* what) {
+    for (int number = 1; number < 1000; ++number) {
+        const QString name = path + what + QString::number(number);
+        if (!QFileInfo(name).isSymLink() && !QFileInfo::exists(name))
+            return name;
+    }
+    return {};
 }
 
 } // namespace
@@ -42,7 +81,13 @@ QString QtPreferences::defaultPath() {
 
 void QtPreferences::open() {
     if (QFileInfo(path_).isSymLink() || QFileInfo::exists(path_)) {
-        if (!isUnderstood(path_)) {
+        QFile file(path_);
+        const bool readable = QFileInfo(path_).isFile() && file.open(QIODevice::ReadOnly);
+        const QByteArray bytes = readable ? file.read(largestFile + 1) : QByteArray();
+        const Contents contents = readable ? judge(bytes) : Contents::damaged;
+        if (contents == Contents::foreign)
+            original_ = bytes;
+        if (contents == Contents::damaged) {
             readOnly_ = !moveAside();
             if (readOnly_)
                 return;
@@ -52,12 +97,8 @@ void QtPreferences::open() {
 }
 
 bool QtPreferences::moveAside() {
-    for (int number = 1; number < 1000; ++number) {
-        const QString aside = path_ + ".damaged-" + QString::number(number);
-        if (QFileInfo(aside).isSymLink() || QFileInfo::exists(aside))
-            continue;
-        if (!QDir().rename(path_, aside))
-            break;
+    const QString aside = unusedName(path_, ".damaged-");
+    if (!aside.isEmpty() && QDir().rename(path_, aside)) {
         log_.log("ERROR: The preferences in " + path_.toStdString() +
                  " cannot be read; starting with defaults, the file is kept as " +
                  aside.toStdString());
@@ -66,6 +107,14 @@ bool QtPreferences::moveAside() {
     log_.log("ERROR: The preferences in " + path_.toStdString() +
              " cannot be read nor moved aside; starting with defaults, nothing will be saved");
     return false;
+}
+
+void QtPreferences::keepCopy() {
+    const QByteArray bytes = std::exchange(original_, {});
+    QFile copy(unusedName(path_, ".before-"));
+    if (!copy.fileName().isEmpty() && copy.open(QIODevice::WriteOnly | QIODevice::NewOnly) &&
+        copy.write(bytes) == bytes.size())
+        log_.log("The preferences as they were are kept in " + copy.fileName().toStdString());
 }
 
 std::optional<QString> QtPreferences::textForKey(std::string_view key) const {
@@ -128,8 +177,13 @@ void QtPreferences::write(std::string_view key, const QVariant& value) {
 void QtPreferences::flush() {
     if (!settings_)
         return;
+    const bool wasForeign = !original_.isEmpty();
+    if (wasForeign)
+        keepCopy();
     settings_->sync();
-    const bool failed = settings_->status() != QSettings::NoError;
+    const bool failed = settings_->status() == QSettings::AccessError;
+    if (wasForeign) // a first reading that met a comment has left a mark that hides later errors
+        settings_ = std::make_unique<QSettings>(path_, QSettings::IniFormat);
     if (failed && !complainedAboutWriting_)
         log_.log("ERROR: The preferences cannot be written to " + path_.toStdString());
     complainedAboutWriting_ = failed;

@@ -17,7 +17,9 @@ namespace noctra {
 ///
 /// A file that cannot be read or understood is moved aside, to its name with ".damaged-" and a
 /// number, before anything is written in its place; where it cannot be moved, nothing is written at
-/// all. Writes reach the file on a later turn of the main queue, all those of one turn together.
+/// all. A file that holds more than writing it again would keep (comments, say) is copied first, to
+/// its name with ".before-" and a number. Writes reach the file on a later turn of the main queue,
+/// all those of one turn together.
 class QtPreferences : public Preferences {
 public:
     /// `path`: the file; it and its directory need not exist. `mainQueue` and `log` outlive the
@@ -40,6 +42,7 @@ public:
 private:
     void open();
     [[nodiscard]] bool moveAside();
+    void keepCopy();
     void write(std::string_view key, const QVariant& value);
     [[nodiscard]] std::optional<QString> textForKey(std::string_view key) const;
     void complain(std::string_view key, const char* expected) const;
@@ -48,6 +51,7 @@ private:
     Log& log_;
     std::unique_ptr<QSettings> settings_;
     QVariantMap unsaved_; ///< written since the program started, where the file must not be touched
+    QByteArray original_; ///< what the file held, where rewriting it would lose some of that
     bool readOnly_ = false;
     bool complainedAboutWriting_ = false;
     WorkItem flushItem_;

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -89,6 +90,33 @@ TEST_F(QtPreferencesTest, MoveADamagedFileAsideAndNeverOverAnEarlierOne) {
         EXPECT_EQ(desktop.log.messages.size(), static_cast<std::size_t>(number));
     }
     EXPECT_TRUE(open()->numberForKey("filterBrightness")) << "the new file is a good one";
+}
+
+TEST_F(QtPreferencesTest, ReadWhatPeopleWriteByHandAndKeepACopyOfWhatRewritingWouldLose) {
+    const std::vector<std::pair<QByteArray, bool>> cases{
+        {"[General]\nfilterBrightness=0.25\n", false},
+        {"\r\n[General]\r\nfilterBrightness=0.25\r\nkey=a, b\r\n", false},
+        {"# warm\n[General]\nfilterBrightness=0.25\n", true},
+        {"; warm\n[General]\nfilterBrightness=0.25\n", true},
+        {"\xEF\xBB\xBF[General]\nfilterBrightness=0.25\n", true},
+        {"[General]\nfilterBrightness=0.25\nother=caf\xE9\n", true},
+        {"[General]\nfilterBrightness=0.25\nx=@Variant(broken)\n", true},
+        {"[General]\nx=1\nfilterBrightness=0.25\nx=2\n", true},
+    };
+    for (const auto& [contents, copied] : cases) {
+        QFile::remove(path + ".before-1");
+        desktop.log.messages.clear();
+        store(contents);
+        auto preferences = open();
+        EXPECT_EQ(preferences->numberForKey("filterBrightness"), 0.25) << contents.toStdString();
+        preferences->setDouble("filterBrightness", 0.5);
+        desktop.settle();
+        EXPECT_EQ(contentsOf(path + ".before-1"), copied ? contents : "(none)");
+        EXPECT_EQ(desktop.log.messages.size(), copied ? 1U : 0U) << contents.toStdString();
+        preferences->setDouble("filterBrightness", 0.6);
+        desktop.settle();
+        EXPECT_FALSE(QFile::exists(path + ".before-2")) << "the program's own file is plain";
+    }
 }
 
 TEST_F(QtPreferencesTest, StartWithDefaultsWhereTheFileIsNoFileAtAll) {
