@@ -49,7 +49,9 @@ int RandrDisplays::descriptor() const {
 std::string RandrDisplays::processEvents() {
     const std::lock_guard lock(mutex_);
     drainEvents(true);
-    if (configurationStale_)
+    if (takesPart_)
+        bringUpToDate();
+    else if (configurationStale_)
         refreshScreens();
     return connectionError(connection_.xcb.get());
 }
@@ -57,6 +59,7 @@ std::string RandrDisplays::processEvents() {
 void RandrDisplays::attachedScreens(std::vector<DisplayId>& ids) {
     const std::lock_guard lock(mutex_);
     drainEvents(true);
+    takesPart_ = true;
     bringUpToDate();
     ids.clear();
     for (const Screen& screen : screens_)
@@ -77,7 +80,7 @@ Displays::Status RandrDisplays::readTables(DisplayId display, GammaTables& table
     sampleCount = gammaTableSize;
     if (!record_->baseIfOurs(screen->randr.crtc, *native))
         record_->setBase(screen->randr.crtc, *native);
-    screen->captured = CapturedTables{std::move(*native), tables};
+    captured_.insert_or_assign(display, CapturedTables{std::move(*native), tables});
     return 0;
 }
 
@@ -89,7 +92,10 @@ void RandrDisplays::writeTables(DisplayId display, const GammaTables& tables) {
         return;
     }
     scratch_.resize(screen->randr.gammaSize);
-    tablesToNative(tables, screen->captured ? &*screen->captured : nullptr, scratch_);
+    const auto captured = captured_.find(display);
+    const bool fits =
+        captured != captured_.end() && captured->second.native.size() == screen->randr.gammaSize;
+    tablesToNative(tables, fits ? &captured->second : nullptr, scratch_);
     send(display, screen->randr.crtc, scratch_);
 }
 
@@ -105,7 +111,9 @@ void RandrDisplays::settle(FunctionRef<void(DisplayId, Status)> failed) {
 void RandrDisplays::restoreCalibratedTables() {
     const std::lock_guard lock(mutex_);
     drainEvents(true);
+    takesPart_ = true;
     refreshScreens();
+    crtcsChanged_ = false;
     freeUnusedCrtcs();
     calibration_.beginPass();
     for (Screen& screen : screens_)
@@ -145,18 +153,23 @@ void RandrDisplays::refreshScreens() {
             known->randr.gammaSize == randr.gammaSize)
             screens.push_back(std::move(*known));
         else
-            screens.push_back({std::move(randr), std::nullopt, {}, false});
+            screens.push_back({std::move(randr), {}, false});
     }
     screens_ = std::move(screens);
     crtcs_ = std::move(configuration.crtcs);
-    crtcsToFree_ = true;
+    crtcsChanged_ = true;
     screenCount_ = screens_.size();
 }
 
 void RandrDisplays::bringUpToDate() {
+    if (record_->repair())
+        for (const Screen& screen : screens_)
+            if (const auto captured = captured_.find(screen.randr.output);
+                captured != captured_.end())
+                record_->setBase(screen.randr.crtc, captured->second.native);
     if (configurationStale_)
         refreshScreens();
-    if (!crtcsToFree_)
+    if (!std::exchange(crtcsChanged_, false))
         return;
     freeUnusedCrtcs();
     for (Screen& screen : screens_)
@@ -166,7 +179,6 @@ void RandrDisplays::bringUpToDate() {
 
 /// Takes the program's tables off the CRTCs that drive no display now.
 void RandrDisplays::freeUnusedCrtcs() {
-    crtcsToFree_ = false;
     for (const xcb_randr_crtc_t crtc : record_->crtcs()) {
         const bool exists = std::find(crtcs_.begin(), crtcs_.end(), crtc) != crtcs_.end();
         const bool inUse = std::any_of(screens_.begin(), screens_.end(), [&](const Screen& screen) {
@@ -182,26 +194,44 @@ void RandrDisplays::freeUnusedCrtcs() {
     }
 }
 
-/// Makes sure that a display that has come to a CRTC starts from the CRTC's own tables.
+/// Makes sure that a display that has come to a CRTC starts without a filter on it.
 void RandrDisplays::adopt(Screen& screen) {
-    screen.adopted = true;
     Status status = 0;
     const auto current = readCrtc(screen.randr.crtc, status);
-    if (!current)
+    if (!current) {
+        crtcsChanged_ = true; // once more the next time
         return;
+    }
+    screen.adopted = true;
     const auto base = record_->baseIfOurs(screen.randr.crtc, *current);
-    if (!base)
-        record_->setBase(screen.randr.crtc, *current);
-    else if (*base != *current)
+    if (base && *base != *current)
         writeNow(screen.randr.crtc, *base);
+    noteBase(screen, base.value_or(*current));
+}
+
+/// Tells the record which tables the display will be given back: those it was captured with, if it
+/// has been, else those that its CRTC carries.
+void RandrDisplays::noteBase(const Screen& screen, const NativeTables& current) {
+    const auto captured = captured_.find(screen.randr.output);
+    if (captured == captured_.end() || captured->second.native.size() == current.size()) {
+        record_->setBase(screen.randr.crtc,
+                         captured == captured_.end() ? current : captured->second.native);
+        return;
+    }
+    NativeTables resampled;
+    resampled.resize(current.size());
+    tablesToNative(captured->second.sampled, nullptr, resampled);
+    record_->setBase(screen.randr.crtc, resampled);
 }
 
 void RandrDisplays::calibrate(Screen& screen) {
-    screen.adopted = true;
     Status status = 0;
     const auto current = readCrtc(screen.randr.crtc, status);
-    if (!current)
+    if (!current) {
+        crtcsChanged_ = true; // once more the next time
         return;
+    }
+    screen.adopted = true;
     const std::string name =
         "Display " + std::to_string(screen.randr.output) + " (" + screen.randr.connector + "): ";
     const auto leftOver = record_->baseIfOurs(screen.randr.crtc, *current);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -45,9 +46,8 @@ public:
 private:
     struct Screen {
         RandrScreen randr;
-        std::optional<CapturedTables> captured;
         std::string calibrationSource; ///< as last logged
-        bool adopted = false;          ///< its CRTC has been freed of what was left on it
+        bool adopted = false;          ///< its CRTC carries no filter that the program forgot
     };
     struct Write {
         unsigned int sequence; ///< 0: never sent
@@ -56,6 +56,7 @@ private:
         Status status;
     };
 
+    void noteBase(const Screen& screen, const NativeTables& current);
     void drainEvents(bool readSocket);
     void refreshScreens();
     void bringUpToDate();
@@ -77,10 +78,14 @@ private:
     CalibrationLookup calibration_;
     std::vector<Screen> screens_;
     std::vector<xcb_randr_crtc_t> crtcs_;
+    /// What each display was last captured with, also while it is unplugged: its calibration goes
+    /// with it to whatever CRTC it comes to.
+    std::map<DisplayId, CapturedTables> captured_;
     std::vector<Write> writes_;
     NativeTables scratch_;
     bool configurationStale_ = false;
-    bool crtcsToFree_ = true; // also what earlier runs left behind
+    bool takesPart_ = false;   // the program has begun to work with the displays
+    bool crtcsChanged_ = true; // at first, there is what earlier runs left behind
     std::atomic<std::size_t> screenCount_ = 0;
 };
 

@@ -31,25 +31,28 @@ std::string makePrivate(const std::string& path) {
 } // namespace
 
 RuntimeDirectory openRuntimeDirectory() {
-    std::string parent = absoluteEnvironment("XDG_RUNTIME_DIR");
     RuntimeDirectory directory;
-    if (parent.empty()) {
+    const std::string runtime = absoluteEnvironment("XDG_RUNTIME_DIR");
+    if (runtime.empty())
         directory.problem = "XDG_RUNTIME_DIR is not set";
-        parent = absoluteEnvironment("XDG_CACHE_HOME");
-        if (parent.empty()) {
-            const std::string home = absoluteEnvironment("HOME");
-            if (home.empty())
-                return directory;
-            parent = home + "/.cache";
-        }
-        ::mkdir(parent.c_str(), 0700);
-    }
-    const std::string path = parent + "/noctra";
-    if (const std::string problem = makePrivate(path); !problem.empty()) {
-        directory.problem = problem;
+    else
+        directory.problem = makePrivate(runtime + "/noctra");
+    if (directory.problem.empty()) {
+        directory.path = runtime + "/noctra";
         return directory;
     }
-    directory.path = path;
+
+    std::string cache = absoluteEnvironment("XDG_CACHE_HOME");
+    if (cache.empty())
+        if (const std::string home = absoluteEnvironment("HOME"); !home.empty())
+            cache = home + "/.cache";
+    if (cache.empty())
+        return directory;
+    ::mkdir(cache.c_str(), 0700); // makePrivate says what is wrong if it is not there
+    if (const std::string problem = makePrivate(cache + "/noctra"); problem.empty())
+        directory.path = cache + "/noctra";
+    else
+        directory.problem += "; " + problem;
     return directory;
 }
 

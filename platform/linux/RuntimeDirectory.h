@@ -5,9 +5,9 @@
 namespace noctra {
 
 /// Where the program keeps what must survive its own death but not the session: the directory
-/// "noctra" (mode 0700, the user's own) in $XDG_RUNTIME_DIR, else in $XDG_CACHE_HOME or ~/.cache.
-/// Makes it. On failure `path` is empty and `problem` says why; `problem` is also set where the
-/// runtime directory is missing and the cache stands in.
+/// "noctra" (mode 0700, the user's own) in $XDG_RUNTIME_DIR, or where that cannot be used in
+/// $XDG_CACHE_HOME or ~/.cache. Makes it. On failure `path` is empty and `problem` says why;
+/// `problem` is also set where the cache stands in.
 struct RuntimeDirectory {
     std::string path;
     std::string problem;

@@ -1,7 +1,6 @@
 #include "platform/linux/TableRecord.h"
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstddef>
@@ -28,18 +27,22 @@ struct TableRecord::Entry {
     Slot written[2];
 };
 
-struct TableRecord::Layout {
+struct TableRecord::Header {
     char magic[8];
     std::uint32_t version;
     std::uint32_t bytes;
+};
+
+struct TableRecord::Layout {
+    Header header;
     std::uint32_t crtcs[maxCrtcs]; // 0: unused; the entry has the same index
     Entry entries[maxCrtcs];
 };
 
-namespace {
+const TableRecord::Header TableRecord::currentHeader{
+    {'n', 'o', 'c', 't', 'r', 'a', 'g', 't'}, 1, sizeof(Layout)};
 
-constexpr std::array<char, 8> magic{'n', 'o', 'c', 't', 'r', 'a', 'g', 't'};
-constexpr std::uint32_t layoutVersion = 1;
+namespace {
 
 /// A process is killed between two of its own instructions: keeping the compiler from reordering
 /// stores is all the ordering that the mapping needs.
@@ -93,31 +96,47 @@ TableRecord::Result TableRecord::open(const std::string& path) {
             return inMemory(Opened::inUse, path + " is locked by another process", descriptor);
         return failure("cannot lock", descriptor);
     }
-    bool fresh = status.st_size != static_cast<off_t>(sizeof(Layout));
-    if (fresh && (::ftruncate(descriptor, 0) != 0 ||
-                  ::ftruncate(descriptor, static_cast<off_t>(sizeof(Layout))) != 0))
-        return failure("cannot size", descriptor);
-    if ((errno = ::posix_fallocate(descriptor, 0, offsetof(Layout, entries))) != 0)
+    // Read, not mapped: touching a hole of the file on a full file system would be fatal.
+    Header header{};
+    const bool fresh =
+        status.st_size != static_cast<off_t>(sizeof(Layout)) ||
+        ::pread(descriptor, &header, sizeof(header), 0) != static_cast<ssize_t>(sizeof(header)) ||
+        std::memcmp(&header, &currentHeader, sizeof(header)) != 0;
+    if (!makeRoom(descriptor, fresh))
         return failure("cannot make room in", descriptor);
+    // Some systems clean up files in the runtime directory that nobody touches, except sticky ones.
+    static_cast<void>(::fchmod(descriptor, S_IRUSR | S_IWUSR | S_ISVTX));
     void* memory =
         ::mmap(nullptr, sizeof(Layout), PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
     if (memory == MAP_FAILED)
         return failure("cannot map", descriptor);
 
     auto* layout = static_cast<Layout*>(memory);
-    if (!fresh && (std::memcmp(layout->magic, magic.data(), magic.size()) != 0 ||
-                   layout->version != layoutVersion || layout->bytes != sizeof(Layout))) {
-        std::memset(memory, 0, sizeof(Layout));
-        fresh = true;
-    }
-    if (fresh) {
-        layout->version = layoutVersion;
-        layout->bytes = sizeof(Layout);
-        std::memcpy(layout->magic, magic.data(), magic.size());
-    }
+    layout->header = currentHeader;
     return {std::unique_ptr<TableRecord>(new TableRecord(layout, descriptor)),
             fresh ? Opened::fresh : Opened::existing,
             {}};
+}
+
+bool TableRecord::makeRoom(int descriptor, bool anew) {
+    if (anew && (::ftruncate(descriptor, 0) != 0 ||
+                 ::ftruncate(descriptor, static_cast<off_t>(sizeof(Layout))) != 0))
+        return false;
+    errno = ::posix_fallocate(descriptor, 0, offsetof(Layout, entries));
+    return errno == 0;
+}
+
+bool TableRecord::repair() {
+    struct stat status {};
+    if (descriptor_ < 0 || (::fstat(descriptor_, &status) == 0 &&
+                            status.st_size >= static_cast<off_t>(sizeof(Layout))))
+        return false;
+    // Where there is no room for the file any more, memory takes the mapping's place.
+    if (!makeRoom(descriptor_, true))
+        ::mmap(layout_, sizeof(Layout), PROT_READ | PROT_WRITE,
+               MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_FIXED, -1, 0);
+    layout_->header = currentHeader;
+    return true;
 }
 
 std::optional<NativeTables> TableRecord::baseIfOurs(std::uint32_t crtc,
@@ -171,7 +190,7 @@ bool TableRecord::setBase(std::uint32_t crtc, const NativeTables& tables) {
 
 void TableRecord::willWrite(std::uint32_t crtc, const NativeTables& tables) {
     Entry* entry = find(crtc);
-    if (entry != nullptr && entry->size == tables.size())
+    if (entry != nullptr && entry->size == tables.size() && tables.size() <= maxEntries)
         store(entry->written[(entry->settledSlot + 1) % 2], tables,
               [](const std::uint16_t*, std::size_t) { return std::uint64_t(1); });
 }

@@ -49,22 +49,30 @@ public:
     /// The display server has taken or refused what was sent last.
     void settled(std::uint32_t crtc, bool accepted);
 
+    /// To be called before a round of writes: makes the file whole again if somebody has shortened
+    /// it, which would end the process at the next store. True when it had to: then nothing is
+    /// known of any CRTC any more.
+    bool repair();
+
     /// Every CRTC that has a base.
     [[nodiscard]] std::vector<std::uint32_t> crtcs() const;
 
 private:
+    struct Header;
     struct Layout;
     struct Entry;
     struct Slot;
 
     TableRecord(Layout* layout, int descriptor);
     [[nodiscard]] bool reserve(const Entry& entry, std::size_t size) const;
+    static bool makeRoom(int descriptor, bool anew);
     static bool isIntact(const Slot& slot, std::size_t size);
     template <typename SealOf>
     static void store(Slot& slot, const NativeTables& tables, SealOf sealOf);
     static bool holds(const Slot& slot, const NativeTables& tables);
     [[nodiscard]] Entry* find(std::uint32_t crtc) const;
 
+    static const Header currentHeader;
     Layout* const layout_;
     const int descriptor_;
 };

@@ -145,6 +145,18 @@ TEST_F(TableRecordTest, StartsAfreshFromAFileThatIsNotItsOwn) {
     }
 }
 
+TEST_F(TableRecordTest, GoesOnWhenSomebodyHasShortenedItsFile) {
+    const auto record = TableRecord::open(path).record;
+    ASSERT_TRUE(record->setBase(1, flat(256, 9)));
+    EXPECT_FALSE(record->repair());
+    std::filesystem::resize_file(path, 0);
+    EXPECT_TRUE(record->repair());
+    EXPECT_TRUE(record->crtcs().empty());
+    EXPECT_TRUE(record->setBase(1, flat(256, 9)));
+    record->willWrite(1, flat(256, 8));
+    EXPECT_TRUE(record->baseIfOurs(1, flat(256, 8)));
+}
+
 TEST_F(TableRecordTest, SurvivesAnyContentsBehindAGoodHeader) {
     { static_cast<void>(TableRecord::open(path).record->setBase(3, flat(256, 1))); }
     const auto size = std::filesystem::file_size(path);
