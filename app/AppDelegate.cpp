@@ -12,6 +12,10 @@ namespace {
 // A display server that does not answer must not keep the process: it ends after this long, which
 // leaves a margin below the 2 s that are promised.
 constexpr Seconds exitDeadline{1.6};
+// How long the main thread may take to end the program by itself after a hang-up.
+constexpr Seconds hangUpPatience{0.7};
+
+constexpr const char* terminatingLine = "App terminating - restoring gamma";
 
 } // namespace
 
@@ -49,16 +53,23 @@ void AppDelegate::setupSignalHandlers() {
 
 void AppDelegate::answerSignal(TerminationSignal signal) {
     services_.process.endAfter(exitDeadline, 0);
-    services_.log.log(signal == TerminationSignal::interrupt
-                          ? "SIGINT received - restoring gamma"
-                          : "SIGTERM received - restoring gamma");
+    if (signal == TerminationSignal::hangUp) {
+        // The end of the session is a normal termination, if the main thread gets to it.
+        services_.application.terminate(0);
+        services_.process.holdSignalThread(hangUpPatience);
+        services_.log.log(terminatingLine);
+    } else {
+        services_.log.log(signal == TerminationSignal::interrupt
+                              ? "SIGINT received - restoring gamma"
+                              : "SIGTERM received - restoring gamma");
+    }
     restoreDisplays();
     services_.process.endNow(0);
 }
 
 void AppDelegate::applicationWillTerminate() {
     services_.process.endAfter(exitDeadline, displayServerLost_ ? 1 : 0);
-    services_.log.log("App terminating - restoring gamma");
+    services_.log.log(terminatingLine);
     restoreDisplays();
     services_.urls.removeHandlers();
 }
@@ -79,6 +90,7 @@ void AppDelegate::restoreDisplays() {
 
 void AppDelegate::displayServerLost(const std::string& reason) {
     displayServerLost_ = true;
+    services_.process.endAfter(exitDeadline, 1);
     services_.log.log("ERROR: The display server is gone: " + reason);
     services_.application.terminate(1);
 }

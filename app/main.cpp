@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include <QtCore/QCoreApplication>
@@ -30,8 +31,8 @@ namespace noctra {
 
 namespace {
 
-// A hung main thread must not keep a program whose terminal has gone.
-constexpr Seconds hangUpDeadline{1.6};
+// How long the last lines may take to reach whoever reads them.
+constexpr Seconds outputPatience{0.1};
 
 /// Reaches the shared log, which is made by the first line that anything logs.
 class SharedLog : public Log {
@@ -68,7 +69,9 @@ DisplayService createRandrDisplays(Log& log) {
                 "another Noctra is running on this display and cannot be reached: " + opened.error};
     if (!opened.record)
         return {nullptr, {}, "out of memory"};
-    std::string problem;
+    std::string problem = directory.path.empty() ? std::string() : directory.problem;
+    if (!problem.empty())
+        problem += "; using " + directory.path;
     if (opened.opened == TableRecord::Opened::unavailable)
         problem = "a filter cannot be taken off after Noctra was killed: " +
                   (directory.path.empty() ? directory.problem : opened.error);
@@ -120,6 +123,7 @@ int run(PosixProcess& process, int argc, char** argv, const std::vector<std::str
     const SystemWallClock wallClock;
     const LinuxSystemInfo system(displays);
     StandardOutput output;
+    process.beforeEnd([&] { output.drain(outputPatience); });
     SharedInstance<DebugLogger>::provide(
         [&] { return std::make_unique<DebugLogger>(wallClock, system, output); });
     urlChannel.setLog(log);
@@ -151,15 +155,11 @@ int run(PosixProcess& process, int argc, char** argv, const std::vector<std::str
         .engine = []() -> ColorFilterManager& { return ColorFilterManager::shared(); },
         .restoreBrightness = {},
     });
-    process.onHangUp([&] {
-        process.endAfter(hangUpDeadline, 0);
-        application.terminate(0);
-    });
     AnyCancellable serverWatch = mainQueue.watch(displays.descriptor(), [&] {
         if (const std::string reason = displays.processEvents(); !reason.empty()) {
             serverWatch.cancel();
-            static_cast<void>(fail("the X server is gone: " + reason));
             delegate.displayServerLost(reason);
+            static_cast<void>(fail("the X server is gone: " + reason));
         }
     });
 
@@ -180,7 +180,12 @@ int run(PosixProcess& process, int argc, char** argv, const std::vector<std::str
 
 int main(int argc, char** argv) {
     using namespace noctra;
-    PosixProcess& process = PosixProcess::start();
+    PosixProcess* process = nullptr;
+    try {
+        process = &PosixProcess::start();
+    } catch (const std::system_error& error) {
+        return fail(std::string("cannot start a thread: ") + error.what());
+    }
     const CommandLine commandLine =
         parseCommandLine(std::vector<std::string>(argv + 1, argv + argc));
     switch (commandLine.action) {
@@ -196,5 +201,5 @@ int main(int argc, char** argv) {
     case CommandLine::Action::run:
         break;
     }
-    return run(process, argc, argv, commandLine.urls);
+    return run(*process, argc, argv, commandLine.urls);
 }

@@ -4,7 +4,7 @@
 
 namespace noctra {
 
-/// The desktop's view of the running program. Main thread.
+/// The desktop's view of the running program. Main thread, except for `terminate`.
 class Application {
 public:
     virtual ~Application() = default;
@@ -13,7 +13,7 @@ public:
     virtual void becomeAgent() = 0;
 
     /// Asks for normal termination: once the current work is done, the will-terminate handler runs
-    /// and the process ends with `status`. Returns at once.
+    /// and the process ends with `status`. Returns at once. Any thread.
     virtual void terminate(int status) = 0;
 
     /// Runs `handler` once on every normal termination (`terminate`, log-out, the terminal that the

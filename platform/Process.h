@@ -9,7 +9,11 @@
 
 namespace noctra {
 
-enum class TerminationSignal { interrupt, terminate };
+enum class TerminationSignal {
+    interrupt, ///< SIGINT
+    terminate, ///< SIGTERM
+    hangUp,    ///< the terminal or the session went away
+};
 
 /// The process that the program runs in.
 class Process {
@@ -19,14 +23,17 @@ public:
     /// The value of an environment variable; nothing when it is not set. Any thread.
     [[nodiscard]] virtual std::optional<std::string> environment(std::string_view name) const = 0;
 
-    /// From now on SIGINT and SIGTERM are answered with `handler` instead of ending the process. It
-    /// runs at most once, on a thread of its own that does nothing else; signals that follow while
-    /// it runs are ignored. Call once.
+    /// From now on the signals above are answered with `handler` instead of ending the process. It
+    /// runs on a thread of its own that does nothing else, and is expected to end the process;
+    /// signals that follow while it runs change nothing. Call once.
     virtual void onTerminationSignal(std::function<void(TerminationSignal)> handler) = 0;
 
     /// Ends the process with `status` when `delay` has passed, whatever its threads are waiting for
     /// then. The first call counts. Any thread.
     virtual void endAfter(Seconds delay, int status) = 0;
+
+    /// Holds up the thread that answers signals; for use in the handler only.
+    virtual void holdSignalThread(Seconds time) = 0;
 
     /// Ends the process at once, without running destructors of static objects. Any thread. Returns
     /// only on the simulated desktop.

@@ -7,8 +7,8 @@ namespace noctra {
 
 /// Files at fixed places that anybody may write to, such as /tmp. Main thread.
 ///
-/// Links are not followed, and nothing but a plain file of the user's own is written. Each operation
-/// returns an empty text on success, else the error in words.
+/// Links are not followed, and nothing but a plain file of the user's own is written. Each
+/// operation returns an empty text on success, else the error in words.
 class ScratchFiles {
 public:
     virtual ~ScratchFiles() = default;

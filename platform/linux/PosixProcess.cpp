@@ -1,11 +1,14 @@
 #include "platform/linux/PosixProcess.h"
 
+#include <condition_variable>
 #include <csignal>
 #include <cstdlib>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <utility>
 
+#include <fcntl.h>
 #include <pthread.h>
 #include <unistd.h>
 
@@ -14,9 +17,12 @@ namespace noctra {
 struct PosixProcess::State {
     sigset_t taken{};
     std::mutex mutex;
+    std::condition_variable deadlineSet;
     // Guarded by mutex:
     std::function<void(TerminationSignal)> onTermination;
-    std::function<void()> onHangUp;
+    std::function<void()> beforeEnd;
+    std::optional<std::chrono::steady_clock::time_point> deadline;
+    int statusAtDeadline = 0;
     // Neither thread is ever joined: they wait until the process ends, and touch only this object,
     // which is never destroyed.
     std::thread taker;
@@ -35,6 +41,14 @@ void endBySignal(int signal) {
     ::raise(signal);
 }
 
+/// Standard descriptors that the program was started without would be given to the next files that
+/// are opened, and log lines would go there.
+void fillStandardDescriptors() {
+    for (int descriptor = 0; descriptor <= 2; ++descriptor)
+        if (::fcntl(descriptor, F_GETFD) < 0)
+            static_cast<void>(::open("/dev/null", O_RDWR)); // takes the lowest that is free
+}
+
 } // namespace
 
 PosixProcess& PosixProcess::start() {
@@ -43,6 +57,7 @@ PosixProcess& PosixProcess::start() {
 }
 
 PosixProcess::PosixProcess() : state_(std::make_unique<State>()) {
+    fillStandardDescriptors();
     std::signal(SIGPIPE, SIG_IGN);
     sigemptyset(&state_->taken);
     sigaddset(&state_->taken, SIGINT);
@@ -51,7 +66,9 @@ PosixProcess::PosixProcess() : state_(std::make_unique<State>()) {
     if (::sigaction(SIGHUP, nullptr, &hangUp) == 0 && hangUp.sa_handler != SIG_IGN)
         sigaddset(&state_->taken, SIGHUP);
     pthread_sigmask(SIG_BLOCK, &state_->taken, nullptr);
+    // Both now: on the way out there may be no thread to be had.
     state_->taker = std::thread([this] { takeSignals(); });
+    state_->watchdog = std::thread([this] { watch(); });
 }
 
 void PosixProcess::takeSignals() {
@@ -60,25 +77,27 @@ void PosixProcess::takeSignals() {
         if (sigwait(&state_->taken, &signal) != 0)
             continue;
         std::function<void(TerminationSignal)> onTermination;
-        std::function<void()> onHangUp;
         {
             const std::lock_guard lock(state_->mutex);
             onTermination = state_->onTermination;
-            onHangUp = state_->onHangUp;
         }
-        if (signal == SIGHUP && onHangUp)
-            onHangUp();
-        else if (signal != SIGHUP && onTermination)
-            onTermination(signal == SIGINT ? TerminationSignal::interrupt
-                                           : TerminationSignal::terminate);
-        else
+        if (!onTermination)
             endBySignal(signal);
+        else
+            onTermination(signal == SIGINT    ? TerminationSignal::interrupt
+                          : signal == SIGTERM ? TerminationSignal::terminate
+                                              : TerminationSignal::hangUp);
     }
 }
 
-void PosixProcess::onHangUp(std::function<void()> handler) {
-    const std::lock_guard lock(state_->mutex);
-    state_->onHangUp = std::move(handler);
+void PosixProcess::watch() {
+    std::unique_lock lock(state_->mutex);
+    state_->deadlineSet.wait(lock, [this] { return state_->deadline.has_value(); });
+    const auto deadline = *state_->deadline;
+    const int status = state_->statusAtDeadline;
+    lock.unlock();
+    std::this_thread::sleep_until(deadline);
+    ::_exit(status);
 }
 
 std::optional<std::string> PosixProcess::environment(std::string_view name) const {
@@ -93,15 +112,31 @@ void PosixProcess::onTerminationSignal(std::function<void(TerminationSignal)> ha
 
 void PosixProcess::endAfter(Seconds delay, int status) {
     const std::lock_guard lock(state_->mutex);
-    if (state_->watchdog.joinable())
+    if (state_->deadline)
         return;
-    state_->watchdog = std::thread([delay, status] {
-        std::this_thread::sleep_for(delay);
-        ::_exit(status);
-    });
+    state_->deadline = std::chrono::steady_clock::now() +
+                       std::chrono::duration_cast<std::chrono::steady_clock::duration>(delay);
+    state_->statusAtDeadline = status;
+    state_->deadlineSet.notify_one();
+}
+
+void PosixProcess::holdSignalThread(Seconds time) {
+    std::this_thread::sleep_for(time);
+}
+
+void PosixProcess::beforeEnd(std::function<void()> lastWork) {
+    const std::lock_guard lock(state_->mutex);
+    state_->beforeEnd = std::move(lastWork);
 }
 
 void PosixProcess::endNow(int status) {
+    std::function<void()> lastWork;
+    {
+        const std::lock_guard lock(state_->mutex);
+        lastWork = state_->beforeEnd;
+    }
+    if (lastWork)
+        lastWork();
     ::_exit(status);
 }
 

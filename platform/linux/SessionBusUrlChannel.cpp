@@ -1,6 +1,7 @@
 #include "platform/linux/SessionBusUrlChannel.h"
 
-#include <cstdlib>
+#include <chrono>
+#include <future>
 #include <utility>
 
 #include <QtCore/QFileInfo>
@@ -9,6 +10,7 @@
 #include <QtDBus/QDBusConnectionInterface>
 #include <QtDBus/QDBusError>
 #include <QtDBus/QDBusMessage>
+#include <QtDBus/QDBusReply>
 
 namespace noctra {
 
@@ -53,7 +55,18 @@ SessionBusUrlChannel::Claim SessionBusUrlChannel::claim() {
         problem_ = "no session bus (DBUS_SESSION_BUS_ADDRESS is not set)";
         return Claim::noBus;
     }
-    bus_ = QDBusConnection::connectToBus(address, connectionName);
+    // Connecting takes no time limit, so it gets a thread. One that is stuck is left to the end of
+    // the process: nothing could make it stop.
+    auto* connecting = new std::future<QDBusConnection>(std::async(std::launch::async, [address] {
+        return QDBusConnection::connectToBus(address, connectionName);
+    }));
+    if (connecting->wait_for(std::chrono::milliseconds(answerMilliseconds)) !=
+        std::future_status::ready) {
+        problem_ = "no session bus (it does not answer)";
+        return Claim::noBus;
+    }
+    bus_ = connecting->get();
+    delete connecting;
     if (!bus_.isConnected()) {
         problem_ = "no session bus (" + bus_.lastError().message().toStdString() + ")";
         return Claim::noBus;
@@ -63,7 +76,16 @@ SessionBusUrlChannel::Claim SessionBusUrlChannel::claim() {
                  SLOT(busWentAway()));
     // The object first: whoever sees the name can call it.
     bus_.registerVirtualObject(objectPath, this, QDBusConnection::SingleNode);
-    return bus_.registerService(serviceName) ? Claim::ours : Claim::anothers;
+    const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
+        bus_.interface()->registerService(serviceName, QDBusConnectionInterface::DontQueueService,
+                                          QDBusConnectionInterface::DontAllowReplacement);
+    if (!reply.isValid()) {
+        problem_ = "the session bus refuses the name " + std::string(serviceName) + " (" +
+                   reply.error().message().toStdString() + ")";
+        return Claim::noBus;
+    }
+    return reply.value() == QDBusConnectionInterface::ServiceRegistered ? Claim::ours
+                                                                        : Claim::anothers;
 }
 
 std::string SessionBusUrlChannel::handOver(const std::vector<std::string>& urls) {

@@ -22,7 +22,7 @@ public:
     enum class Claim {
         ours,     ///< this process is the session's running program now
         anothers, ///< another process is
-        noBus,    ///< there is no session bus; `problem` says more
+        noBus,    ///< there is no session bus to be had; `problem` says more
     };
 
     explicit SessionBusUrlChannel(MainQueue& mainQueue);

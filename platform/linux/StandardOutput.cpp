@@ -1,34 +1,72 @@
 #include "platform/linux/StandardOutput.h"
 
-#include <algorithm>
+#include <cerrno>
+#include <utility>
 
-#include <limits.h>
-#include <poll.h>
 #include <unistd.h>
 
 namespace noctra {
 
 namespace {
 
-constexpr int stallMilliseconds = 20;
-constexpr std::size_t chunk = PIPE_BUF; // a pipe that is writable takes this much at once
+void writeAll(int descriptor, std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t written = ::write(descriptor, text.data(), text.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return; // a line that cannot be written is lost, as its reader is
+        text.remove_prefix(static_cast<std::size_t>(written));
+    }
+}
 
 } // namespace
 
+StandardOutput::StandardOutput(int descriptor) : descriptor_(descriptor) {}
+
+StandardOutput::~StandardOutput() {
+    {
+        const std::lock_guard lock(mutex_);
+        ending_ = true;
+    }
+    changed_.notify_all();
+    writer_.join();
+}
+
 void StandardOutput::writeLine(std::string_view line) {
-    buffer_.assign(line);
-    buffer_ += '\n';
-    std::string_view rest = buffer_;
-    while (!rest.empty()) {
-        pollfd ready{descriptor_, POLLOUT, 0};
-        const int answer = ::poll(&ready, 1, stalled_ ? 0 : stallMilliseconds);
-        stalled_ = answer == 0;
-        if (answer <= 0 || (ready.revents & POLLOUT) == 0)
+    {
+        const std::lock_guard lock(mutex_);
+        if (waiting_.size() >= maxWaiting) {
+            ++dropped_;
             return;
-        const ssize_t written = ::write(descriptor_, rest.data(), std::min(rest.size(), chunk));
-        if (written <= 0)
+        }
+        if (dropped_ > 0)
+            waiting_.push_back("(" + std::to_string(std::exchange(dropped_, 0)) +
+                               " lines were not read in time)\n");
+        waiting_.push_back(std::string(line) + '\n');
+    }
+    changed_.notify_all();
+}
+
+void StandardOutput::drain(Seconds patience) {
+    std::unique_lock lock(mutex_);
+    changed_.wait_for(lock, patience, [this] { return waiting_.empty() && !writing_; });
+}
+
+void StandardOutput::writeWaiting() {
+    std::unique_lock lock(mutex_);
+    for (;;) {
+        changed_.wait(lock, [this] { return ending_ || !waiting_.empty(); });
+        if (waiting_.empty())
             return;
-        rest.remove_prefix(static_cast<std::size_t>(written));
+        const std::string text = std::move(waiting_.front());
+        waiting_.pop_front();
+        writing_ = true;
+        lock.unlock();
+        writeAll(descriptor_, text);
+        lock.lock();
+        writing_ = false;
+        changed_.notify_all();
     }
 }
 

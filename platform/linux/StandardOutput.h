@@ -1,25 +1,51 @@
 #pragma once
 
+#include <condition_variable>
+#include <deque>
+#include <mutex>
 #include <string>
+#include <thread>
 
+#include "foundation/Clock.h"
 #include "platform/LineOutput.h"
 
 namespace noctra {
 
-/// Lines to a file descriptor, by default the process's standard output.
+/// Lines to a file descriptor, by default the process's standard output, written by a thread of its
+/// own: a reader that has stopped reading (a full pipe, a terminal behind a dead link) holds up
+/// nobody else. Any thread.
 ///
-/// A reader that has stopped reading (a full pipe, a terminal that was halted) holds a line up for
-/// 20 ms, once; from then on lines are dropped until it reads again.
+/// While more than `maxWaiting` lines wait, new ones are dropped; where lines were dropped, a line
+/// says how many.
 class StandardOutput : public LineOutput {
 public:
-    explicit StandardOutput(int descriptor = 1) : descriptor_(descriptor) {}
+    static constexpr std::size_t maxWaiting = 1000;
+
+    explicit StandardOutput(int descriptor = 1);
+    StandardOutput(const StandardOutput&) = delete;
+    StandardOutput& operator=(const StandardOutput&) = delete;
+    /// Waits for the lines that wait to be written, for as long as that takes.
+    ~StandardOutput() override;
 
     void writeLine(std::string_view line) override;
 
+    /// Waits until everything is written, at most `patience`.
+    void drain(Seconds patience);
+
 private:
+    void writeWaiting();
+
     const int descriptor_;
-    std::string buffer_;
-    bool stalled_ = false;
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    // Guarded by mutex_:
+    std::deque<std::string> waiting_;
+    std::size_t dropped_ = 0;
+    bool writing_ = false;
+    bool ending_ = false;
+    std::thread writer_{[this] {
+        writeWaiting();
+    }};
 };
 
 } // namespace noctra

@@ -40,7 +40,13 @@ public:
         if (!endsAfter)
             endsAfter = delay;
     }
+    void holdSignalThread(Seconds) override {
+        if (whileHeld)
+            whileHeld();
+    }
     void endNow(int status) override { endedWith = status; }
+
+    std::function<void()> whileHeld; ///< what the other threads do meanwhile
 
 private:
     std::map<std::string, std::string> environment_;

@@ -109,6 +109,23 @@ TEST_F(AppDelegateTest, PutsEverythingBackOnceAndEndsAtASignal) {
     }
 }
 
+TEST_F(AppDelegateTest, TerminatesNormallyAtAHangUpAndRestoresByItselfIfTheMainThreadDoesNot) {
+    for (const bool mainThreadIsBusy : {false, true}) {
+        engine.reset();
+        launchDimmed();
+        desktop.process.whileHeld = [&] {
+            EXPECT_EQ(desktop.application.terminatedWith, 0);
+            if (!mainThreadIsBusy)
+                desktop.application.willTerminate();
+        };
+        ASSERT_TRUE(desktop.process.deliver(TerminationSignal::hangUp));
+        EXPECT_EQ(desktop.process.endedWith, 0);
+        EXPECT_EQ(desktop.urls.handlers.has_value(), mainThreadIsBusy);
+        EXPECT_EQ(desktop.log.messages.front(), "App terminating - restoring gamma");
+        expectRestoredForGood();
+    }
+}
+
 TEST_F(AppDelegateTest, PutsEverythingBackTwiceOnAQuit) {
     launchDimmed();
     delegate.quitApp();

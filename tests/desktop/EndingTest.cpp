@@ -174,6 +174,17 @@ TEST_F(Leaving, WhenNobodyReadsTheLogRestoresEveryDisplay) {
     EXPECT_TRUE(isUntouched());
 }
 
+TEST_F(Leaving, WhenTheTerminalIsStuckRestoresEveryDisplay) {
+    const std::unique_ptr<Program> program =
+        desktop().start({"noctra://on"}, Program::Output::stuckTerminal);
+    ASSERT_TRUE(becomesDimmed());
+    for (int i = 0; i < 50; ++i) // far more lines than a terminal's buffer holds
+        channel().open(std::vector<std::string>(40, "noctra://on"));
+    program->signal(SIGTERM);
+    EXPECT_EQ(program->waitForEnding(longestEnd), exited(0));
+    EXPECT_TRUE(isUntouched());
+}
+
 TEST_F(Leaving, WhenTheLogsReaderHasGoneRestoresEveryDisplay) {
     const std::unique_ptr<Program> program =
         desktop().start({"noctra://on"}, Program::Output::readerGone);

@@ -1,6 +1,7 @@
 // A program that is killed cannot put the displays back; the next one does.
 
 #include <csignal>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <random>
 
@@ -67,6 +68,29 @@ TEST_F(KilledProgram, KilledAtAnyMomentOfManyChangesLeavesNoTint) {
         ASSERT_TRUE(isUntouched()) << "round " << round;
         ASSERT_TRUE(endsCleanly(*next, SIGTERM)) << "round " << round;
     }
+}
+
+TEST_F(KilledProgram, IsClearedUpAfterAlsoWhereTheRuntimeFolderCannotBeUsed) {
+    desktop().setVariable("XDG_RUNTIME_DIR", "/nonexistent/run");
+    startDimmedAndKill();
+    const std::unique_ptr<Program> next = startDimmed();
+    EXPECT_TRUE(next->waitForLine("/nonexistent/run")) << "and says so";
+    EXPECT_TRUE(endsCleanly(*next, SIGTERM));
+}
+
+TEST_F(KilledProgram, IsClearedUpAfterAlsoWhenItsRecordWasEmptiedWhileItRan) {
+    const std::unique_ptr<Program> program = startDimmed();
+    for (const auto& entry :
+         std::filesystem::directory_iterator(desktop().runtimeFolder() / "noctra"))
+        std::filesystem::resize_file(entry.path(), 0);
+    command(*program, "noctra://off");
+    EXPECT_TRUE(isUntouched());
+    command(*program, "noctra://on");
+    EXPECT_TRUE(isDimmed());
+    program->killAtOnce();
+    const std::unique_ptr<Program> next = startProgram();
+    EXPECT_TRUE(isUntouched());
+    EXPECT_TRUE(endsCleanly(*next, SIGTERM));
 }
 
 TEST_F(KilledProgram, TablesThatSomebodyElseSetSinceAreKept) {

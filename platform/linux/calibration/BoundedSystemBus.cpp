@@ -1,6 +1,7 @@
 #include "platform/linux/calibration/BoundedSystemBus.h"
 
 #include <atomic>
+#include <system_error>
 
 #include <QDBusError>
 #include <QDBusMessage>
@@ -73,10 +74,15 @@ std::optional<QVariantList> BoundedSystemBus::call(const Method& method,
 bool BoundedSystemBus::isConnected() {
     if (!connection_) {
         // Connecting cannot be given a time, so it gets a thread.
-        if (!connecting_.valid())
-            connecting_ = std::async(std::launch::async, [name = name_] {
-                return QDBusConnection::connectToBus(QDBusConnection::SystemBus, name);
-            });
+        try {
+            if (!connecting_.valid())
+                connecting_ = std::async(std::launch::async, [name = name_] {
+                    return QDBusConnection::connectToBus(QDBusConnection::SystemBus, name);
+                });
+        } catch (const std::system_error&) { // no thread to be had
+            deadline_.reset();
+            return false;
+        }
         if (connecting_.wait_until(*deadline_) != std::future_status::ready) {
             deadline_.reset();
             return false;

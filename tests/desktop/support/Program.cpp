@@ -5,6 +5,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <fstream>
+#include <pty.h>
 #include <stdexcept>
 #include <unistd.h>
 
@@ -16,6 +17,16 @@ struct Pipe {
     int readEnd = -1;
     int writeEnd = -1;
 };
+
+/// The terminal's own end is for reading, the program's for writing.
+Pipe makeTerminal() {
+    Pipe ends;
+    if (openpty(&ends.readEnd, &ends.writeEnd, nullptr, nullptr, nullptr) != 0)
+        throw std::runtime_error("no terminal can be made");
+    for (const int end : {ends.readEnd, ends.writeEnd})
+        fcntl(end, F_SETFD, FD_CLOEXEC);
+    return ends;
+}
 
 Pipe makePipe() {
     std::array<int, 2> ends{};
@@ -38,11 +49,11 @@ std::string withoutStamp(const std::string& line) {
 
 Program::Program(const std::vector<std::string>& arguments,
                  const std::vector<std::string>& environment, Output output) {
-    const Pipe forOutput = makePipe();
+    const Pipe forOutput = output == Output::stuckTerminal ? makeTerminal() : makePipe();
     const Pipe forErrors = makePipe();
     if (output == Output::read) {
         output_ = std::make_unique<LineReader>(forOutput.readEnd);
-    } else if (output == Output::neverRead) {
+    } else if (output == Output::neverRead || output == Output::stuckTerminal) {
         unread_ = forOutput.readEnd;
         unreadWriteEnd_ = fcntl(forOutput.writeEnd, F_DUPFD_CLOEXEC, 0);
     } else {

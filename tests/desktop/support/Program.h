@@ -15,9 +15,10 @@ class Program {
 public:
     /// What becomes of its standard output.
     enum class Output {
-        read,       ///< collected line by line
-        neverRead,  ///< a pipe that nobody empties
-        readerGone, ///< a pipe whose reader has closed its end
+        read,          ///< collected line by line
+        neverRead,     ///< a pipe that nobody empties
+        readerGone,    ///< a pipe whose reader has closed its end
+        stuckTerminal, ///< a terminal that shows nothing any more, as behind a dead link
     };
 
     Program(const std::vector<std::string>& arguments, const std::vector<std::string>& environment,

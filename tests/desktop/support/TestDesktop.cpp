@@ -78,8 +78,12 @@ std::vector<std::string> TestDesktop::environment() const {
     };
     if (!display_.empty())
         variables.push_back("DISPLAY=" + display_);
-    for (const auto& [name, value] : extra_)
+    for (const auto& [name, value] : extra_) {
+        std::erase_if(variables, [&](const std::string& variable) {
+            return variable.starts_with(name + "=");
+        });
         variables.push_back(name + "=" + value);
+    }
     passSanitizerOptions(variables);
     return variables;
 }

@@ -24,6 +24,7 @@ public:
     [[nodiscard]] const std::string& busAddress() const { return busAddress_; }
     void setVariable(const std::string& name, const std::string& value) { extra_[name] = value; }
 
+    [[nodiscard]] std::filesystem::path runtimeFolder() const { return folder_ / "runtime"; }
     [[nodiscard]] std::filesystem::path preferencesFile() const;
     void writePreferences(const std::string& bytes) const;
     /// A preferences file with these settings.
