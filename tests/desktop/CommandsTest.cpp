@@ -185,6 +185,17 @@ TEST_F(Commands, WithoutABusASecondStartOnTheSameDisplayIsRefused) {
     EXPECT_TRUE(endsCleanly(*first, SIGTERM));
 }
 
+TEST_F(Commands, ComeFromAnyProgramThatOpensALink) {
+    desktop().installDesktopEntry();
+    const std::unique_ptr<Program> program = startProgram();
+    const std::unique_ptr<Program> opener =
+        desktop().startOther({"/usr/bin/xdg-open", "noctra://on"});
+    EXPECT_EQ(opener->waitForEnding(), exited(0));
+    EXPECT_TRUE(program->waitForLine("Automation URL received: noctra://on"));
+    EXPECT_TRUE(becomesDimmed());
+    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
+}
+
 } // namespace
 
 } // namespace noctra::desktop

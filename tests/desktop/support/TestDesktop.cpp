@@ -60,6 +60,21 @@ std::unique_ptr<Program> TestDesktop::start(const std::vector<std::string>& argu
     return std::make_unique<Program>(all, environment(), output);
 }
 
+std::unique_ptr<Program> TestDesktop::startOther(const std::vector<std::string>& command) const {
+    return std::make_unique<Program>(command, environment());
+}
+
+void TestDesktop::installDesktopEntry() const {
+    std::string entry = readFile(NOCTRA_DESKTOP_ENTRY);
+    const std::string command = "\nExec=";
+    entry.replace(entry.find(command), command.size() + std::string("noctra").size(),
+                  command + binary()); // the built one, wherever it is
+    std::filesystem::create_directories(folder_ / "data/applications");
+    writeFile(folder_ / "data/applications/org.noctra.Noctra.desktop", entry);
+    writeFile(folder_ / "config/mimeapps.list",
+              "[Default Applications]\nx-scheme-handler/noctra=org.noctra.Noctra.desktop\n");
+}
+
 std::vector<std::string> TestDesktop::environment() const {
     const std::string at = folder_.path().string();
     std::vector<std::string> variables{

@@ -35,6 +35,12 @@ public:
     start(const std::vector<std::string>& arguments = {},
           Program::Output output = Program::Output::read) const;
 
+    /// Starts another program of this desktop; `command` is its path and its arguments.
+    [[nodiscard]] std::unique_ptr<Program>
+    startOther(const std::vector<std::string>& command) const;
+    /// Installs the program's desktop entry for this person, as the handler of its URL scheme.
+    void installDesktopEntry() const;
+
 private:
     [[nodiscard]] std::vector<std::string> environment() const;
 
