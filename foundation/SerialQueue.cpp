@@ -11,10 +11,10 @@ SerialQueue::SerialQueue(std::string label) : label_(std::move(label)) {}
 SerialQueue::~SerialQueue() {
     {
         std::unique_lock lock(mutex_);
+        turnEnded_.wait(lock, [this] { return nowServing_ == nextTurn_; });
         ending_ = true;
-        changed_.notify_all();
-        changed_.wait(lock, [this] { return nowServing_ == nextTurn_; });
     }
+    workPending_.notify_one();
     worker_.join();
 }
 
@@ -27,14 +27,15 @@ void SerialQueue::sync(FunctionRef<void()> work) {
         std::abort();
     }
     const std::uint64_t turn = nextTurn_++;
-    changed_.wait(lock, [&] { return nowServing_ == turn; });
+    turnEnded_.wait(lock, [&] { return nowServing_ == turn; });
     runTurn(lock, work);
 }
 
 void SerialQueue::async(std::function<void()> work) {
     const std::unique_lock lock(mutex_);
     pending_.push_back({nextTurn_++, std::move(work)});
-    changed_.notify_all();
+    if (isWorkersTurn())
+        workPending_.notify_one();
 }
 
 bool SerialQueue::isRunningHere() const {
@@ -49,16 +50,21 @@ void SerialQueue::runTurn(std::unique_lock<std::mutex>& lock, FunctionRef<void()
     lock.lock();
     runner_ = {};
     ++nowServing_;
-    changed_.notify_all();
+    if (isWorkersTurn())
+        workPending_.notify_one();
+    else
+        turnEnded_.notify_all();
+}
+
+bool SerialQueue::isWorkersTurn() const {
+    return !pending_.empty() && pending_.front().turn == nowServing_;
 }
 
 void SerialQueue::workerLoop() {
     std::unique_lock lock(mutex_);
     for (;;) {
-        changed_.wait(lock, [this] {
-            return pending_.empty() ? ending_ : pending_.front().turn == nowServing_;
-        });
-        if (pending_.empty())
+        workPending_.wait(lock, [this] { return ending_ || isWorkersTurn(); });
+        if (!isWorkersTurn())
             return;
         {
             const std::function<void()> work = std::move(pending_.front().work);

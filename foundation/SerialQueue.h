@@ -46,10 +46,13 @@ private:
 
     void runTurn(std::unique_lock<std::mutex>& lock, FunctionRef<void()> work);
     void workerLoop();
+    [[nodiscard]] bool isWorkersTurn() const;
 
     const std::string label_;
     mutable std::mutex mutex_;
-    std::condition_variable changed_;
+    // Apart, so that synchronous work alone, the common case, never wakes the queue's thread.
+    std::condition_variable turnEnded_;   // for callers that wait for their turn, and for the end
+    std::condition_variable workPending_; // for the queue's thread
     // Guarded by mutex_:
     std::uint64_t nextTurn_ = 0;   // the turn the next submission gets
     std::uint64_t nowServing_ = 0; // the turn that may run now
