@@ -5,9 +5,10 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
-#include <QtCore/QRegularExpression>
-#include <QtCore/QSet>
+#include <QtCore/QSettings>
 #include <QtCore/QStandardPaths>
+
+#include "platform/qt/IniContents.h"
 
 namespace noctra {
 
@@ -15,41 +16,6 @@ namespace {
 
 QString keyText(std::string_view key) {
     return QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size()));
-}
-
-constexpr qsizetype largestFile = 1 << 20; // a preferences file has a few hundred bytes
-
-/// What is in a file of preferences, judged by its lines: QSettings takes most garbage for good.
-enum class Contents { plain, foreign, damaged };
-
-/// Plain lines come back as they were when QSettings writes the file again. Foreign ones do not (a
-/// comment, a byte-order mark, a letter beyond ASCII, a key that stands there twice), though they
-/// are no damage.
-Contents judge(QByteArray bytes) {
-    static const QRegularExpression plainLine(
-        QStringLiteral(R"(^(\[[A-Za-z0-9_.%\\/-]+\]|[A-Za-z0-9_.%\\/-]+=(?!@)[ -~]*)?$)"));
-    bool foreign = bytes.startsWith("\xEF\xBB\xBF");
-    if (foreign)
-        bytes.remove(0, 3);
-    if (bytes.contains('\0') || bytes.size() > largestFile)
-        return Contents::damaged;
-    QSet<QByteArray> keys;
-    QByteArray section;
-    for (QByteArray line : bytes.split('\n')) {
-        line = line.trimmed();
-        const bool comment = line.startsWith('#') || line.startsWith(';');
-        const bool header = line.startsWith('[') && line.endsWith(']');
-        const auto equals = line.indexOf('=');
-        if (!line.isEmpty() && !comment && !header && equals <= 0)
-            return Contents::damaged;
-        if (header)
-            section = line;
-        const QByteArray key = section + line.left(equals);
-        foreign = foreign || !plainLine.match(QString::fromLatin1(line)).hasMatch() ||
-                  (!header && equals > 0 && keys.contains(key));
-        keys.insert(key);
-    }
-    return foreign ? Contents::foreign : Contents::plain;
 }
 
 /// The first name of the form `path` + `what` + a number that nothing has yet; empty after 999.
@@ -65,13 +31,12 @@ QString unusedName(const QString& path, const char* what) {
 } // namespace
 
 QtPreferences::QtPreferences(const QString& path, MainQueue& mainQueue, Log& log)
-    : path_(path), log_(log), flushItem_(mainQueue, [this] { flush(); }) {
+    : path_(path), log_(log), saveItem_(mainQueue, [this] { save(); }) {
     open();
 }
 
 QtPreferences::~QtPreferences() {
-    if (flushItem_.isPending())
-        flush();
+    flush();
 }
 
 QString QtPreferences::defaultPath() {
@@ -83,17 +48,18 @@ void QtPreferences::open() {
     if (QFileInfo(path_).isSymLink() || QFileInfo::exists(path_)) {
         QFile file(path_);
         const bool readable = QFileInfo(path_).isFile() && file.open(QIODevice::ReadOnly);
-        const QByteArray bytes = readable ? file.read(largestFile + 1) : QByteArray();
-        const Contents contents = readable ? judge(bytes) : Contents::damaged;
-        if (contents == Contents::foreign)
+        const QByteArray bytes = readable ? file.read(largestIni + 1) : QByteArray();
+        const IniContents contents = readable ? judgeIni(bytes) : IniContents::damaged;
+        if (contents == IniContents::foreign)
             original_ = bytes;
-        if (contents == Contents::damaged) {
-            readOnly_ = !moveAside();
-            if (readOnly_)
-                return;
+        if (contents == IniContents::damaged && !moveAside()) {
+            mayWrite_ = false;
+            return;
         }
     }
-    settings_ = std::make_unique<QSettings>(path_, QSettings::IniFormat);
+    const QSettings settings(path_, QSettings::IniFormat);
+    for (const QString& key : settings.childKeys())
+        values_.insert(key, settings.value(key));
 }
 
 bool QtPreferences::moveAside() {
@@ -109,17 +75,24 @@ bool QtPreferences::moveAside() {
     return false;
 }
 
-void QtPreferences::keepCopy() {
-    const QByteArray bytes = std::exchange(original_, {});
-    QFile copy(unusedName(path_, ".before-"));
-    if (!copy.fileName().isEmpty() && copy.open(QIODevice::WriteOnly | QIODevice::NewOnly) &&
-        copy.write(bytes) == bytes.size())
-        log_.log("The preferences as they were are kept in " + copy.fileName().toStdString());
+bool QtPreferences::keepCopy() {
+    if (original_.isEmpty())
+        return true;
+    const QString name = unusedName(path_, ".before-");
+    QFile copy(name);
+    if (name.isEmpty() || !copy.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+        return false;
+    if (copy.write(original_) != original_.size() || !copy.flush()) {
+        copy.remove();
+        return false;
+    }
+    log_.log("The preferences as they were are kept in " + copy.fileName().toStdString());
+    original_.clear();
+    return true;
 }
 
 std::optional<QString> QtPreferences::textForKey(std::string_view key) const {
-    const QString name = keyText(key);
-    const QVariant value = settings_ ? settings_->value(name) : unsaved_.value(name);
+    const QVariant value = values_.value(keyText(key));
     if (!value.isValid())
         return std::nullopt;
     return value.toString(); // empty for a list, which is nothing that this program has written
@@ -166,27 +139,38 @@ void QtPreferences::setDouble(std::string_view key, double value) {
 }
 
 void QtPreferences::write(std::string_view key, const QVariant& value) {
-    if (!settings_) {
-        unsaved_.insert(keyText(key), value);
+    values_.insert(keyText(key), value);
+    if (!mayWrite_)
         return;
-    }
-    settings_->setValue(keyText(key), value);
-    flushItem_.schedule(Seconds(0));
+    unsaved_.insert(keyText(key), value);
+    saveItem_.schedule(Seconds(0));
+}
+
+void QtPreferences::save() {
+    fileQueue_.async([this, changes = std::exchange(unsaved_, {})] { writeFile(changes); });
 }
 
 void QtPreferences::flush() {
-    if (!settings_)
-        return;
-    const bool wasForeign = !original_.isEmpty();
-    if (wasForeign)
-        keepCopy();
-    settings_->sync();
-    const bool failed = settings_->status() == QSettings::AccessError;
-    if (wasForeign) // a first reading that met a comment has left a mark that hides later errors
-        settings_ = std::make_unique<QSettings>(path_, QSettings::IniFormat);
-    if (failed && !complainedAboutWriting_)
+    saveItem_.cancel();
+    const QVariantMap changes = std::exchange(unsaved_, {});
+    fileQueue_.sync([&] {
+        if (!changes.isEmpty())
+            writeFile(changes);
+    });
+}
+
+void QtPreferences::writeFile(const QVariantMap& changes) {
+    bool written = keepCopy();
+    if (written) {
+        QSettings settings(path_, QSettings::IniFormat);
+        for (auto change = changes.begin(); change != changes.end(); ++change)
+            settings.setValue(change.key(), change.value());
+        settings.sync();
+        written = settings.status() != QSettings::AccessError;
+    }
+    if (!written && !complainedAboutWriting_)
         log_.log("ERROR: The preferences cannot be written to " + path_.toStdString());
-    complainedAboutWriting_ = failed;
+    complainedAboutWriting_ = !written;
 }
 
 } // namespace noctra

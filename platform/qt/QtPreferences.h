@@ -1,13 +1,14 @@
 #pragma once
 
-#include <memory>
 #include <string>
 
-#include <QtCore/QSettings>
+#include <QtCore/QByteArray>
 #include <QtCore/QString>
+#include <QtCore/QVariantMap>
 
 #include "foundation/Log.h"
 #include "foundation/MainQueue.h"
+#include "foundation/SerialQueue.h"
 #include "platform/Preferences.h"
 
 namespace noctra {
@@ -27,7 +28,7 @@ public:
     QtPreferences(const QString& path, MainQueue& mainQueue, Log& log);
     ~QtPreferences() override;
 
-    /// Writes what is still only in memory, now.
+    /// Writes what is still only in memory, and waits until it is in the file.
     void flush();
 
     /// noctra/noctra.conf in $XDG_CONFIG_HOME, else in ~/.config.
@@ -42,19 +43,25 @@ public:
 private:
     void open();
     [[nodiscard]] bool moveAside();
-    void keepCopy();
+    void save();
+    // On fileQueue_:
+    void writeFile(const QVariantMap& changes);
+    [[nodiscard]] bool keepCopy();
+
     void write(std::string_view key, const QVariant& value);
     [[nodiscard]] std::optional<QString> textForKey(std::string_view key) const;
     void complain(std::string_view key, const char* expected) const;
 
     const QString path_;
     Log& log_;
-    std::unique_ptr<QSettings> settings_;
-    QVariantMap unsaved_; ///< written since the program started, where the file must not be touched
+    bool mayWrite_ = true;
+    QVariantMap values_;  ///< what the file held, and what was written since
+    QVariantMap unsaved_; ///< written since the last save
+    WorkItem saveItem_;
+    // On fileQueue_:
     QByteArray original_; ///< what the file held, where rewriting it would lose some of that
-    bool readOnly_ = false;
     bool complainedAboutWriting_ = false;
-    WorkItem flushItem_;
+    SerialQueue fileQueue_{"com.noctra.preferences"};
 };
 
 } // namespace noctra

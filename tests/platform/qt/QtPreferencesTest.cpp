@@ -45,7 +45,7 @@ TEST_F(QtPreferencesTest, KeepWhatWasWrittenAndEveryKeyTheyDoNotKnow) {
     preferences->setDouble("filterBrightness", 0.1 + 0.2);
     preferences->setBool("allowExtremeDim", true);
     EXPECT_EQ(preferences->numberForKey("filterBrightness"), 0.1 + 0.2) << "before it is on disk";
-    desktop.settle();
+    preferences->flush();
     const QByteArray saved = contentsOf(path);
     EXPECT_TRUE(saved.contains("future=1, 2")) << saved.toStdString();
     EXPECT_TRUE(saved.contains("[Other]\nkey=value")) << saved.toStdString();
@@ -77,6 +77,26 @@ TEST_F(QtPreferencesTest, TellAMissingKeyFromAStoredZeroAndSayWhichValueTheyIgno
     }
 }
 
+TEST_F(QtPreferencesTest, ReachTheFileByThemselvesAfterATurnOfTheMainQueue) {
+    const auto preferences = open();
+    preferences->setBool("allowExtremeDim", true);
+    EXPECT_EQ(contentsOf(path), "(none)");
+    desktop.settle();
+    preferences->flush(); // waits for the thread that writes; there is nothing left to write
+    EXPECT_TRUE(contentsOf(path).contains("allowExtremeDim=true"));
+}
+
+TEST_F(QtPreferencesTest, NeverWriteOverWhatTheyCouldNotKeepACopyOf) {
+    store("# precious\n[General]\nfilterBrightness=0.25\n");
+    for (int number = 1; number < 1000; ++number) // no name is left for a copy
+        QFile::link("nowhere", path + ".before-" + QString::number(number));
+    const auto preferences = open();
+    preferences->setDouble("filterBrightness", 0.5);
+    preferences->flush();
+    EXPECT_TRUE(contentsOf(path).startsWith("# precious")) << contentsOf(path).toStdString();
+    EXPECT_EQ(desktop.log.messages.size(), 1U);
+}
+
 TEST_F(QtPreferencesTest, MoveADamagedFileAsideAndNeverOverAnEarlierOne) {
     const QByteArray garbage("\x00\xFF garbage without any sense\n\x01\x02", 32);
     for (int number = 1; number <= 2; ++number) {
@@ -84,7 +104,7 @@ TEST_F(QtPreferencesTest, MoveADamagedFileAsideAndNeverOverAnEarlierOne) {
         const auto preferences = open();
         EXPECT_EQ(preferences->numberForKey("filterBrightness"), std::nullopt);
         preferences->setDouble("filterBrightness", 0.5);
-        desktop.settle();
+        preferences->flush();
         EXPECT_EQ(contentsOf(path + ".damaged-" + QString::number(number)), garbage);
         EXPECT_TRUE(contentsOf(path).contains("filterBrightness=0.5"));
         EXPECT_EQ(desktop.log.messages.size(), static_cast<std::size_t>(number));
@@ -110,11 +130,11 @@ TEST_F(QtPreferencesTest, ReadWhatPeopleWriteByHandAndKeepACopyOfWhatRewritingWo
         auto preferences = open();
         EXPECT_EQ(preferences->numberForKey("filterBrightness"), 0.25) << contents.toStdString();
         preferences->setDouble("filterBrightness", 0.5);
-        desktop.settle();
+        preferences->flush();
         EXPECT_EQ(contentsOf(path + ".before-1"), copied ? contents : "(none)");
         EXPECT_EQ(desktop.log.messages.size(), copied ? 1U : 0U) << contents.toStdString();
         preferences->setDouble("filterBrightness", 0.6);
-        desktop.settle();
+        preferences->flush();
         EXPECT_FALSE(QFile::exists(path + ".before-2")) << "the program's own file is plain";
     }
 }
@@ -123,7 +143,7 @@ TEST_F(QtPreferencesTest, StartWithDefaultsWhereTheFileIsNoFileAtAll) {
     QDir().mkpath(path + "/inside");
     const auto preferences = open();
     preferences->setDouble("filterBrightness", 0.5);
-    desktop.settle();
+    preferences->flush();
     EXPECT_TRUE(QDir(path + ".damaged-1/inside").exists());
     EXPECT_TRUE(contentsOf(path).contains("filterBrightness=0.5"));
 }
@@ -135,7 +155,7 @@ TEST_F(QtPreferencesTest, SayOnceThatTheyCannotBeWrittenAndGoOn) {
     const auto preferences = open();
     for (const double value : {0.5, 0.6}) {
         preferences->setDouble("filterBrightness", value);
-        desktop.settle();
+        preferences->flush();
     }
     EXPECT_EQ(preferences->numberForKey("filterBrightness"), 0.6);
     EXPECT_EQ(desktop.log.messages.size(), 1U);
