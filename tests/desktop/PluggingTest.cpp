@@ -42,15 +42,6 @@ TEST_F(Plugging, AnOutputPluggedAgainCarriesNoTintAfterOffAndEnd) {
     EXPECT_TRUE(endsCleanly(*program, SIGTERM));
 }
 
-TEST_F(Plugging, AnOutputPluggedAgainAfterOffCarriesNoTint) {
-    const std::unique_ptr<Program> program = startDimmed();
-    plugs().unplug(0);
-    command(*program, "noctra://off");
-    plugs().plug(0);
-    EXPECT_TRUE(pollUntil(patience, [this] { return static_cast<bool>(isUntouched()); }));
-    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
-}
-
 TEST_F(Plugging, ANewOutputIsDimmedWithTheOthersAndRestored) {
     const std::unique_ptr<Program> program = startDimmed();
     plugs().plug(3);
@@ -72,21 +63,6 @@ TEST_F(Plugging, OutputsThatComeAndGoWhileCommandsPourInCarryNoTint) {
     command(*program, "noctra://off");
     plugs().plugOnly(displayCount + 1);
     EXPECT_TRUE(endsCleanly(*program, SIGTERM));
-}
-
-TEST_F(Plugging, AnOutputThatWasDarkWhenTheProgramWasKilledIsClearedUp) {
-    {
-        const std::unique_ptr<Program> program = startDimmed();
-        plugs().unplug(1);
-        program->killAtOnce();
-    }
-    {
-        const std::unique_ptr<Program> program = startProgram();
-        EXPECT_TRUE(endsCleanly(*program, SIGTERM)) << "while the output is dark";
-    }
-    plugs().plug(1);
-    const std::unique_ptr<Program> program = startProgram();
-    EXPECT_TRUE(endsCleanly(*program, SIGTERM)) << "once the output is back";
 }
 
 } // namespace

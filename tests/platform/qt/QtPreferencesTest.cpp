@@ -98,14 +98,21 @@ TEST_F(QtPreferencesTest, NeverWriteOverWhatTheyCouldNotKeepACopyOf) {
 }
 
 TEST_F(QtPreferencesTest, MoveADamagedFileAsideAndNeverOverAnEarlierOne) {
-    const QByteArray garbage("\x00\xFF garbage without any sense\n\x01\x02", 32);
-    for (int number = 1; number <= 2; ++number) {
+    QByteArray everyByte;
+    for (int byte = 0; byte < 256; ++byte)
+        everyByte.append(static_cast<char>(byte));
+    int number = 0;
+    for (const QByteArray& garbage :
+         {QByteArray("\x00\xFF garbage without any sense\n\x01\x02", 32), everyByte,
+          QByteArray(300, '\0'), QByteArray("[General\nfilterBrightness=0.9\n"),
+          QByteArray("\xFF\xFE[\0G\0", 6), QByteArray(2 << 20, '=')}) {
+        ++number;
         store(garbage);
         const auto preferences = open();
-        EXPECT_EQ(preferences->numberForKey("filterBrightness"), std::nullopt);
+        EXPECT_EQ(preferences->numberForKey("filterBrightness"), std::nullopt) << number;
         preferences->setDouble("filterBrightness", 0.5);
         preferences->flush();
-        EXPECT_EQ(contentsOf(path + ".damaged-" + QString::number(number)), garbage);
+        EXPECT_EQ(contentsOf(path + ".damaged-" + QString::number(number)), garbage) << number;
         EXPECT_TRUE(contentsOf(path).contains("filterBrightness=0.5"));
         EXPECT_EQ(desktop.log.messages.size(), static_cast<std::size_t>(number));
     }
