@@ -19,6 +19,7 @@
 #include "platform/linux/LinuxSystem.h"
 #include "platform/linux/PosixProcess.h"
 #include "platform/linux/PosixScratchFiles.h"
+#include "platform/linux/RandrDisplayChanges.h"
 #include "platform/linux/RandrDisplays.h"
 #include "platform/linux/RuntimeDirectory.h"
 #include "platform/linux/SessionBusUrlChannel.h"
@@ -132,6 +133,7 @@ int run(PosixProcess& process, int argc, char** argv, const std::vector<std::str
         log.log("ERROR: " + service.problem);
 
     QtPreferences preferences(QtPreferences::defaultPath(), mainQueue, log);
+    RandrDisplayChanges displayChanges;
     SharedInstance<ColorFilterManager>::provide([&] {
         return std::make_unique<ColorFilterManager>(EngineServices{
             .log = log,
@@ -139,6 +141,7 @@ int run(PosixProcess& process, int argc, char** argv, const std::vector<std::str
             .displays = displays,
             .preferences = preferences,
             .process = process,
+            .displayChanges = &displayChanges,
         });
     });
 
@@ -155,13 +158,21 @@ int run(PosixProcess& process, int argc, char** argv, const std::vector<std::str
         .engine = []() -> ColorFilterManager& { return ColorFilterManager::shared(); },
         .restoreBrightness = {},
     });
-    AnyCancellable serverWatch = mainQueue.watch(displays.descriptor(), [&] {
-        if (const std::string reason = displays.processEvents(); !reason.empty()) {
+    AnyCancellable serverWatch;
+    const auto hearTheServer = [&] {
+        if (!serverWatch.isActive())
+            return; // it is gone, and that has been said
+        const RandrDisplays::News news = displays.processEvents();
+        if (!news.serverGone.empty()) {
             serverWatch.cancel();
-            delegate.displayServerLost(reason);
-            static_cast<void>(fail("the X server is gone: " + reason));
+            delegate.displayServerLost(news.serverGone);
+            static_cast<void>(fail("the X server is gone: " + news.serverGone));
+        } else if (news.configurationChanged) {
+            displayChanges.configurationChanged();
         }
-    });
+    };
+    serverWatch = mainQueue.watch(displays.descriptor(), hearTheServer);
+    displays.onNews([&] { mainQueue.async(hearTheServer); });
 
     delegate.applicationDidFinishLaunching();
     urlChannel.deliver(urls);

@@ -46,14 +46,19 @@ int RandrDisplays::descriptor() const {
     return xcb_get_file_descriptor(connection_.xcb.get());
 }
 
-std::string RandrDisplays::processEvents() {
+RandrDisplays::News RandrDisplays::processEvents() {
     const std::lock_guard lock(mutex_);
     drainEvents(true);
     if (takesPart_)
         bringUpToDate();
     else if (configurationStale_)
         refreshScreens();
-    return connectionError(connection_.xcb.get());
+    return {std::exchange(changeToReport_, false), connectionError(connection_.xcb.get())};
+}
+
+void RandrDisplays::onNews(std::function<void()> arrived) {
+    const std::lock_guard lock(mutex_);
+    newsArrived_ = std::move(arrived);
 }
 
 void RandrDisplays::attachedScreens(std::vector<DisplayId>& ids) {
@@ -81,6 +86,7 @@ Displays::Status RandrDisplays::readTables(DisplayId display, GammaTables& table
     if (!record_->baseIfOurs(screen->randr.crtc, *native))
         record_->setBase(screen->randr.crtc, *native);
     captured_.insert_or_assign(display, CapturedTables{std::move(*native), tables});
+    drainEvents(false); // what came in with the reply
     return 0;
 }
 
@@ -118,6 +124,7 @@ void RandrDisplays::restoreCalibratedTables() {
     calibration_.beginPass();
     for (Screen& screen : screens_)
         calibrate(screen);
+    drainEvents(false);
 }
 
 /// Sorts what has arrived: errors to the writes they belong to, changes into one flag.
@@ -136,9 +143,15 @@ void RandrDisplays::drainEvents(bool readSocket) {
         } else {
             const int type = (event->response_type & 0x7F) - connection_.firstEvent;
             if (type == XCB_RANDR_SCREEN_CHANGE_NOTIFY || type == XCB_RANDR_NOTIFY)
-                configurationStale_ = true;
+                noteChange();
         }
     }
+}
+
+void RandrDisplays::noteChange() {
+    configurationStale_ = true;
+    if (!std::exchange(changeToReport_, true) && newsArrived_)
+        newsArrived_();
 }
 
 void RandrDisplays::refreshScreens() {
@@ -196,6 +209,8 @@ void RandrDisplays::freeUnusedCrtcs() {
 
 /// Makes sure that a display that has come to a CRTC starts without a filter on it.
 void RandrDisplays::adopt(Screen& screen) {
+    if (screen.randr.gammaSize == 0)
+        return;
     Status status = 0;
     const auto current = readCrtc(screen.randr.crtc, status);
     if (!current) {
@@ -225,6 +240,8 @@ void RandrDisplays::noteBase(const Screen& screen, const NativeTables& current) 
 }
 
 void RandrDisplays::calibrate(Screen& screen) {
+    if (screen.randr.gammaSize == 0)
+        return;
     Status status = 0;
     const auto current = readCrtc(screen.randr.crtc, status);
     if (!current) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -33,8 +34,16 @@ public:
 
     /// Readable when the server has something to say; then `processEvents` has to be called.
     [[nodiscard]] int descriptor() const;
-    /// Takes note of configuration changes. Returns why the server is gone, or an empty text.
-    [[nodiscard]] std::string processEvents();
+    /// What the server had to say.
+    struct News {
+        bool configurationChanged = false; ///< since the last call
+        std::string serverGone;            ///< why; empty while it is there
+    };
+    [[nodiscard]] News processEvents();
+    /// Calls `arrived` when an operation has come upon news, which the descriptor will not announce
+    /// any more; then too `processEvents` has to be called, but not from inside `arrived`. Any
+    /// thread calls.
+    void onNews(std::function<void()> arrived);
 
     void attachedScreens(std::vector<DisplayId>& ids) override;
     Status readTables(DisplayId display, GammaTables& tables, std::uint32_t& sampleCount) override;
@@ -58,6 +67,7 @@ private:
 
     void noteBase(const Screen& screen, const NativeTables& current);
     void drainEvents(bool readSocket);
+    void noteChange();
     void refreshScreens();
     void bringUpToDate();
     void freeUnusedCrtcs();
@@ -84,6 +94,8 @@ private:
     std::vector<Write> writes_;
     NativeTables scratch_;
     bool configurationStale_ = false;
+    bool changeToReport_ = false;
+    std::function<void()> newsArrived_;
     bool takesPart_ = false;   // the program has begun to work with the displays
     bool crtcsChanged_ = true; // at first, there is what earlier runs left behind
     std::atomic<std::size_t> screenCount_ = 0;

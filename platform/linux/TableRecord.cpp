@@ -132,9 +132,10 @@ bool TableRecord::repair() {
                             status.st_size >= static_cast<off_t>(sizeof(Layout))))
         return false;
     // Where there is no room for the file any more, memory takes the mapping's place.
-    if (!makeRoom(descriptor_, true))
+    if (!makeRoom(descriptor_, true) &&
         ::mmap(layout_, sizeof(Layout), PROT_READ | PROT_WRITE,
-               MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_FIXED, -1, 0);
+               MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_FIXED, -1, 0) == MAP_FAILED)
+        return false; // out of memory as well: nothing more can be done
     layout_->header = currentHeader;
     return true;
 }

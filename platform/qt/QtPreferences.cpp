@@ -21,7 +21,7 @@ QString keyText(std::string_view key) {
 /// The first name of the form `path` + `what` + a number that nothing has yet; empty after 999.
 QString unusedName(const QString& path, const char* what) {
     for (int number = 1; number < 1000; ++number) {
-        const QString name = path + what + QString::number(number);
+        QString name = path + what + QString::number(number);
         if (!QFileInfo(name).isSymLink() && !QFileInfo::exists(name))
             return name;
     }

@@ -51,6 +51,19 @@ TEST_F(Plugging, ANewOutputIsDimmedWithTheOthersAndRestored) {
     EXPECT_TRUE(endsCleanly(*program, SIGTERM));
 }
 
+TEST_F(Plugging, ADisplayThatComesOrComesBackIsDimmedWithoutACommand) {
+    const std::unique_ptr<Program> program = startDimmed();
+    plugs().plug(3);
+    EXPECT_TRUE(program->waitForLine("Display settle pass reapply"));
+    EXPECT_TRUE(isDimmed());
+    EXPECT_EQ(probe().readLit().size(), 4U);
+    plugs().unplug(1);
+    plugs().plug(1);
+    EXPECT_TRUE(program->waitForLines(2, "Display settle pass reapply"));
+    EXPECT_TRUE(isDimmed());
+    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
+}
+
 TEST_F(Plugging, OutputsThatComeAndGoWhileCommandsPourInCarryNoTint) {
     const std::unique_ptr<Program> program = startProgram();
     for (int round = 0; round < 60; ++round) {

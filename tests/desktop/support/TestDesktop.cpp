@@ -94,8 +94,8 @@ std::vector<std::string> TestDesktop::environment() const {
     if (!display_.empty())
         variables.push_back("DISPLAY=" + display_);
     for (const auto& [name, value] : extra_) {
-        std::erase_if(variables, [&](const std::string& variable) {
-            return variable.starts_with(name + "=");
+        std::erase_if(variables, [prefix = name + "="](const std::string& variable) {
+            return variable.starts_with(prefix);
         });
         variables.push_back(name + "=" + value);
     }
