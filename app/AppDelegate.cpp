@@ -68,7 +68,7 @@ void AppDelegate::answerSignal(TerminationSignal signal) {
 }
 
 void AppDelegate::applicationWillTerminate() {
-    services_.process.endAfter(exitDeadline, displayServerLost_ ? 1 : 0);
+    services_.process.endAfter(exitDeadline, 0); // unless an earlier deadline has its own status
     services_.log.log(terminatingLine);
     restoreDisplays();
     services_.urls.removeHandlers();
@@ -89,7 +89,6 @@ void AppDelegate::restoreDisplays() {
 }
 
 void AppDelegate::displayServerLost(const std::string& reason) {
-    displayServerLost_ = true;
     services_.process.endAfter(exitDeadline, 1);
     services_.log.log("ERROR: The display server is gone: " + reason);
     services_.application.terminate(1);

@@ -66,7 +66,6 @@ private:
     ColorFilterManager& engine() { return services_.engine(); }
 
     const AppServices services_;
-    bool displayServerLost_ = false;
     std::unique_ptr<MenuBarIconSelfTest> selfTest_;
 };
 

@@ -5,7 +5,6 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <thread>
 #include <vector>
 
 #include "foundation/AnyCancellable.h"
@@ -74,8 +73,6 @@ public:
     /// How many pieces of delayed work and timers are waiting.
     [[nodiscard]] std::size_t pendingCount() const { return timed_.size(); }
 
-    [[nodiscard]] bool isMainThread() const { return std::this_thread::get_id() == main_; }
-
 private:
     friend class WorkItem;
     using Timed = std::shared_ptr<WorkItem::State>;
@@ -86,7 +83,6 @@ private:
 
     RunLoop& loop_;
     const SteadyClock& clock_;
-    const std::thread::id main_ = std::this_thread::get_id();
     std::vector<Timed> timed_; // a handful: a scan beats a heap, and cancelling is an erase
     std::uint64_t nextSequence_ = 0;
     std::mutex mutex_;

@@ -38,11 +38,6 @@ void SerialQueue::async(std::function<void()> work) {
         workPending_.notify_one();
 }
 
-bool SerialQueue::isRunningHere() const {
-    const std::unique_lock lock(mutex_);
-    return runner_ == std::this_thread::get_id();
-}
-
 void SerialQueue::runTurn(std::unique_lock<std::mutex>& lock, FunctionRef<void()> work) {
     runner_ = std::this_thread::get_id();
     lock.unlock();

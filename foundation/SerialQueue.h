@@ -35,9 +35,6 @@ public:
     /// Queues `work` and returns at once. Allowed from inside the queue's own work.
     void async(std::function<void()> work);
 
-    /// True on the thread that is running a piece of this queue's work right now.
-    [[nodiscard]] bool isRunningHere() const;
-
 private:
     struct Pending {
         std::uint64_t turn;
@@ -49,7 +46,7 @@ private:
     [[nodiscard]] bool isWorkersTurn() const;
 
     const std::string label_;
-    mutable std::mutex mutex_;
+    std::mutex mutex_;
     // Apart, so that synchronous work alone, the common case, never wakes the queue's thread.
     std::condition_variable turnEnded_;   // for callers that wait for their turn, and for the end
     std::condition_variable workPending_; // for the queue's thread

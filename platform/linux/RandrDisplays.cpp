@@ -207,17 +207,24 @@ void RandrDisplays::freeUnusedCrtcs() {
     }
 }
 
+/// The tables of a display that the program is about to answer for; nothing where it has none, or
+/// where they cannot be read, which is tried again the next time.
+std::optional<NativeTables> RandrDisplays::readForTakeover(Screen& screen) {
+    if (screen.randr.gammaSize == 0)
+        return std::nullopt;
+    Status status = 0;
+    auto current = readCrtc(screen.randr.crtc, status);
+    screen.adopted = current.has_value();
+    if (!current)
+        crtcsChanged_ = true;
+    return current;
+}
+
 /// Makes sure that a display that has come to a CRTC starts without a filter on it.
 void RandrDisplays::adopt(Screen& screen) {
-    if (screen.randr.gammaSize == 0)
+    const auto current = readForTakeover(screen);
+    if (!current)
         return;
-    Status status = 0;
-    const auto current = readCrtc(screen.randr.crtc, status);
-    if (!current) {
-        crtcsChanged_ = true; // once more the next time
-        return;
-    }
-    screen.adopted = true;
     const auto base = record_->baseIfOurs(screen.randr.crtc, *current);
     if (base && *base != *current)
         writeNow(screen.randr.crtc, *base);
@@ -240,15 +247,9 @@ void RandrDisplays::noteBase(const Screen& screen, const NativeTables& current) 
 }
 
 void RandrDisplays::calibrate(Screen& screen) {
-    if (screen.randr.gammaSize == 0)
+    const auto current = readForTakeover(screen);
+    if (!current)
         return;
-    Status status = 0;
-    const auto current = readCrtc(screen.randr.crtc, status);
-    if (!current) {
-        crtcsChanged_ = true; // once more the next time
-        return;
-    }
-    screen.adopted = true;
     const std::string name =
         "Display " + std::to_string(screen.randr.output) + " (" + screen.randr.connector + "): ";
     const auto leftOver = record_->baseIfOurs(screen.randr.crtc, *current);

@@ -71,6 +71,7 @@ private:
     void refreshScreens();
     void bringUpToDate();
     void freeUnusedCrtcs();
+    [[nodiscard]] std::optional<NativeTables> readForTakeover(Screen& screen);
     void adopt(Screen& screen);
     void calibrate(Screen& screen);
     /// Queues a write; its outcome is in writes_ after roundTrip.
