@@ -16,10 +16,10 @@
 #include "app/Version.h"
 #include "engine/ColorFilterManager.h"
 #include "foundation/SharedInstance.h"
+#include "platform/linux/LinuxDisplayChanges.h"
 #include "platform/linux/LinuxSystem.h"
 #include "platform/linux/PosixProcess.h"
 #include "platform/linux/PosixScratchFiles.h"
-#include "platform/linux/RandrDisplayChanges.h"
 #include "platform/linux/RandrDisplays.h"
 #include "platform/linux/RuntimeDirectory.h"
 #include "platform/linux/SessionBusUrlChannel.h"
@@ -133,7 +133,7 @@ int run(PosixProcess& process, int argc, char** argv, const std::vector<std::str
         log.log("ERROR: " + service.problem);
 
     QtPreferences preferences(QtPreferences::defaultPath(), mainQueue, log);
-    RandrDisplayChanges displayChanges;
+    LinuxDisplayChanges displayChanges;
     SharedInstance<ColorFilterManager>::provide([&] {
         return std::make_unique<ColorFilterManager>(EngineServices{
             .log = log,
@@ -142,6 +142,7 @@ int run(PosixProcess& process, int argc, char** argv, const std::vector<std::str
             .preferences = preferences,
             .process = process,
             .displayChanges = &displayChanges,
+            .onlineDisplays = &displays.online(),
         });
     });
 
@@ -168,7 +169,7 @@ int run(PosixProcess& process, int argc, char** argv, const std::vector<std::str
             delegate.displayServerLost(news.serverGone);
             static_cast<void>(fail("the X server is gone: " + news.serverGone));
         } else if (news.configurationChanged) {
-            displayChanges.configurationChanged();
+            displayChanges.configurationChanged(news.changes);
         }
     };
     serverWatch = mainQueue.watch(displays.descriptor(), hearTheServer);

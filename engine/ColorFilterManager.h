@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -14,6 +15,7 @@
 #include "foundation/Observable.h"
 #include "foundation/SerialQueue.h"
 #include "platform/DisplayChanges.h"
+#include "platform/DisplayServices.h"
 #include "platform/Displays.h"
 #include "platform/GammaTables.h"
 
@@ -21,6 +23,7 @@ namespace noctra {
 
 class Backlight;
 class LoginItem;
+class OnlineDisplays;
 class Preferences;
 class Process;
 
@@ -35,6 +38,10 @@ struct EngineServices {
     DisplayChanges* displayChanges = nullptr;
     LoginItem* loginItem = nullptr;
     Backlight* backlight = nullptr;
+    const OnlineDisplays* onlineDisplays = nullptr;
+    /// Finds the function that reads a built-in panel whose backlight the system does not know;
+    /// null where there is none. Not called while there is no such panel.
+    std::function<display_services::GetBrightness*()> brightnessGetter = nullptr;
 };
 
 /// The dimming engine: the filter's state, and the displays' tables that follow from it.
@@ -138,6 +145,7 @@ private:
     std::string displayRefreshReason_;
     std::uint64_t displayRefreshGeneration_ = 0;
     AnyCancellable brightnessTimer_;
+    AnyCancellable displayChanges_;
     /// Deferred work holds this weakly and does nothing once the engine is gone.
     const std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
 

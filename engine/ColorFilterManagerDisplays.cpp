@@ -20,7 +20,7 @@ void ColorFilterManager::setupObservers() {
     if (services_.displayChanges == nullptr)
         return;
     const std::weak_ptr<const bool> engine = alive_;
-    services_.displayChanges->setHandlers({
+    displayChanges_ = services_.displayChanges->subscribe({
         .woke =
             [this, engine, &log = services_.log] {
                 log.log("System woke from sleep");
@@ -50,6 +50,7 @@ void ColorFilterManager::setupObservers() {
                         displayReconfigured(display, flags);
                 });
             },
+        .brightnessControlsChanged = {},
     });
 }
 

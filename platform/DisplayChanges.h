@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 
+#include "foundation/AnyCancellable.h"
 #include "platform/GammaTables.h"
 
 namespace noctra {
@@ -24,12 +25,15 @@ public:
         /// Once with `displayChangeBegins` before a reconfiguration and once per affected display
         /// after it. Any thread.
         std::function<void(DisplayId, DisplayChangeFlags)> reconfigured;
+        /// Other displays than before can have their hardware brightness set. Main thread.
+        std::function<void()> brightnessControlsChanged;
     };
 
     virtual ~DisplayChanges() = default;
 
-    /// Called once; the handlers stay for the life of the process.
-    virtual void setHandlers(Handlers handlers) = 0;
+    /// Calls those of `handlers` that are set, until the token is dropped. Any thread; subscribers
+    /// hear of a change in the order in which they came.
+    [[nodiscard]] virtual AnyCancellable subscribe(Handlers handlers) = 0;
 };
 
 } // namespace noctra

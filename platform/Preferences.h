@@ -7,9 +7,10 @@ namespace noctra {
 
 /// The user's stored settings: a key-value store that can tell a missing key from a stored zero.
 ///
-/// Main thread. Reads of a key that is missing or of another type give the stated default. Writes
-/// are seen by later reads at once and reach the disk in the store's own time; a store that cannot
-/// be written says so in the log and keeps the values for the life of the process.
+/// Reads on any thread, writes on the main thread. Reads of a key that is missing or of another
+/// type give the stated default. Writes are seen by later reads at once and reach the disk in the
+/// store's own time; a store that cannot be written says so in the log and keeps the values for the
+/// life of the process.
 class Preferences {
 public:
     virtual ~Preferences() = default;

@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <utility>
 
+#include "platform/linux/Connectors.h"
+
 namespace noctra {
 
 namespace {
@@ -38,6 +40,7 @@ RandrDisplays::RandrDisplays(RandrConnection connection, std::unique_ptr<TableRe
       calibration_(connection_.xcb.get(), connection_.root) {
     xcb_randr_select_input(connection_.xcb.get(), connection_.root, watchedChanges);
     refreshScreens();
+    changes_.clear(); // the first look at the displays is none
 }
 
 RandrDisplays::~RandrDisplays() = default;
@@ -53,7 +56,8 @@ RandrDisplays::News RandrDisplays::processEvents() {
         bringUpToDate();
     else if (configurationStale_)
         refreshScreens();
-    return {std::exchange(changeToReport_, false), connectionError(connection_.xcb.get())};
+    return {std::exchange(changeToReport_, false), std::exchange(changes_, {}),
+            connectionError(connection_.xcb.get())};
 }
 
 void RandrDisplays::onNews(std::function<void()> arrived) {
@@ -159,14 +163,28 @@ void RandrDisplays::refreshScreens() {
     configurationStale_ = false;
     if (!connectionError(connection_.xcb.get()).empty())
         return;
+    for (RandrScreen& randr : configuration.screens) {
+        const Screen* known = find(randr.output);
+        randr.builtIn = known != nullptr
+                            ? known->randr.builtIn
+                            : isBuiltInOutput(connection_.xcb.get(), randr.output, randr.connector);
+    }
+    std::vector<RandrScreen> before;
+    for (const Screen& screen : screens_)
+        before.push_back(screen.randr);
+    for (const DisplayChange& change : changesBetween(before, configuration.screens))
+        changes_.push_back(change);
+    online_.replace(configuration.screens);
+
     std::vector<Screen> screens;
     for (RandrScreen& randr : configuration.screens) {
-        Screen* known = find(randr.output);
+        Screen next{{}, {}, false};
+        const Screen* known = find(randr.output);
         if (known != nullptr && known->randr.crtc == randr.crtc &&
             known->randr.gammaSize == randr.gammaSize)
-            screens.push_back(std::move(*known));
-        else
-            screens.push_back({std::move(randr), {}, false});
+            next = *known;
+        next.randr = std::move(randr);
+        screens.push_back(std::move(next));
     }
     screens_ = std::move(screens);
     crtcs_ = std::move(configuration.crtcs);
@@ -298,6 +316,17 @@ void RandrDisplays::roundTrip() {
         else
             record_->settled(write.crtc, write.status == 0);
         write.sequence = 0;
+    }
+}
+
+void RandrDisplays::reassertTables() {
+    const std::lock_guard lock(mutex_);
+    for (const Screen& screen : screens_) {
+        Status status = 0;
+        const auto current = readCrtc(screen.randr.crtc, status);
+        const auto expected = record_->expectedOn(screen.randr.crtc);
+        if (current && expected && *expected != *current && expected->size() == current->size())
+            writeNow(screen.randr.crtc, *expected);
     }
 }
 

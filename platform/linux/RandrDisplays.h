@@ -12,6 +12,8 @@
 #include "foundation/Log.h"
 #include "platform/Displays.h"
 #include "platform/linux/GammaResampler.h"
+#include "platform/linux/RandrChanges.h"
+#include "platform/linux/RandrOnlineDisplays.h"
 #include "platform/linux/RandrScreens.h"
 #include "platform/linux/TableRecord.h"
 #include "platform/linux/XConnection.h"
@@ -36,14 +38,22 @@ public:
     [[nodiscard]] int descriptor() const;
     /// What the server had to say.
     struct News {
-        bool configurationChanged = false; ///< since the last call
-        std::string serverGone;            ///< why; empty while it is there
+        bool configurationChanged = false;  ///< since the last call
+        std::vector<DisplayChange> changes; ///< what that was, as far as it is to be seen
+        std::string serverGone;             ///< why; empty while it is there
     };
     [[nodiscard]] News processEvents();
     /// Calls `arrived` when an operation has come upon news, which the descriptor will not announce
     /// any more; then too `processEvents` has to be called, but not from inside `arrived`. Any
     /// thread calls.
     void onNews(std::function<void()> arrived);
+
+    /// The displays as last seen by this object.
+    [[nodiscard]] const OnlineDisplays& online() const { return online_; }
+
+    /// Puts the tables that each display should carry on it once more where something else has
+    /// taken them off. Any thread.
+    void reassertTables();
 
     void attachedScreens(std::vector<DisplayId>& ids) override;
     Status readTables(DisplayId display, GammaTables& tables, std::uint32_t& sampleCount) override;
@@ -96,10 +106,12 @@ private:
     NativeTables scratch_;
     bool configurationStale_ = false;
     bool changeToReport_ = false;
+    std::vector<DisplayChange> changes_;
     std::function<void()> newsArrived_;
     bool takesPart_ = false;   // the program has begun to work with the displays
     bool crtcsChanged_ = true; // at first, there is what earlier runs left behind
     std::atomic<std::size_t> screenCount_ = 0;
+    RandrOnlineDisplays online_; // has a lock of its own
 };
 
 } // namespace noctra

@@ -7,7 +7,10 @@ namespace noctra {
 namespace {
 
 struct CrtcState {
-    bool showsMode = false;
+    xcb_randr_mode_t mode = XCB_NONE;
+    std::int16_t x = 0;
+    std::int16_t y = 0;
+    std::uint16_t rotation = 0;
     std::uint16_t gammaSize = 0;
 };
 
@@ -30,8 +33,9 @@ std::map<xcb_randr_crtc_t, CrtcState> readCrtcs(xcb_connection_t* xcb,
             xcb_randr_get_crtc_info_reply(xcb, asked[i].info, nullptr));
         const XcbReply<xcb_randr_get_crtc_gamma_size_reply_t> size(
             xcb_randr_get_crtc_gamma_size_reply(xcb, asked[i].size, nullptr));
-        states[crtcs[i]] = {info && info->mode != XCB_NONE,
-                            size ? size->size : static_cast<std::uint16_t>(0)};
+        if (info)
+            states[crtcs[i]] = {info->mode, info->x, info->y, info->rotation,
+                                size ? size->size : static_cast<std::uint16_t>(0)};
     }
     return states;
 }
@@ -64,13 +68,14 @@ RandrConfiguration readConfiguration(const RandrConnection& connection) {
         if (!info)
             continue;
         const auto state = states.find(info->crtc);
-        if (state == states.end() || !state->second.showsMode)
+        if (state == states.end() || state->second.mode == XCB_NONE)
             continue;
         const auto* name =
             reinterpret_cast<const char*>(xcb_randr_get_output_info_name(info.get()));
         configuration.screens.push_back(
             {outputs[i], info->crtc, state->second.gammaSize,
-             std::string(name, xcb_randr_get_output_info_name_length(info.get()))});
+             std::string(name, xcb_randr_get_output_info_name_length(info.get())),
+             state->second.mode, state->second.x, state->second.y, state->second.rotation});
     }
     return configuration;
 }

@@ -16,6 +16,11 @@ struct RandrScreen {
     xcb_randr_crtc_t crtc = XCB_NONE;
     std::uint16_t gammaSize = 0; ///< entries per channel of the CRTC; 0: it has no tables
     std::string connector;       ///< the output's name, e.g. "DP-1"
+    xcb_randr_mode_t mode = XCB_NONE;
+    std::int16_t x = 0; ///< of its top left corner, in pixels
+    std::int16_t y = 0;
+    std::uint16_t rotation = 0; ///< RandR's set of rotation and reflection bits
+    bool builtIn = false;       ///< a panel that is part of the machine; not read here
 };
 
 /// What the X server has at the moment, without probing the hardware. On a broken connection both

@@ -149,11 +149,18 @@ std::optional<NativeTables> TableRecord::baseIfOurs(std::uint32_t crtc,
     if (!std::any_of(std::begin(entry->written), std::end(entry->written),
                      [&](const Slot& slot) { return slot.seal != 0 && holds(slot, current); }))
         return std::nullopt;
-    const std::uint16_t* levels = entry->base.levels;
-    const std::size_t size = entry->size;
-    return NativeTables{{levels, levels + size},
-                        {levels + size, levels + 2 * size},
-                        {levels + 2 * size, levels + 3 * size}};
+    return tablesIn(entry->base, entry->size);
+}
+
+std::optional<NativeTables> TableRecord::expectedOn(std::uint32_t crtc) const {
+    const Entry* entry = find(crtc);
+    if (entry == nullptr || entry->size > maxEntries)
+        return std::nullopt;
+    if (const Slot& written = entry->written[entry->settledSlot % 2]; written.seal != 0)
+        return tablesIn(written, entry->size);
+    if (isIntact(entry->base, entry->size))
+        return tablesIn(entry->base, entry->size);
+    return std::nullopt;
 }
 
 /// A base is sealed with a checksum: it is put on a CRTC unseen. A table that was written needs
@@ -235,6 +242,13 @@ bool TableRecord::reserve(const Entry& entry, std::size_t size) const {
 bool TableRecord::isIntact(const Slot& slot, std::size_t size) {
     return slot.seal != 0 && size > 0 && size <= maxEntries &&
            slot.seal == checksumOf(slot.levels, size);
+}
+
+NativeTables TableRecord::tablesIn(const Slot& slot, std::size_t size) {
+    const std::uint16_t* levels = slot.levels;
+    return {{levels, levels + size},
+            {levels + size, levels + 2 * size},
+            {levels + 2 * size, levels + 3 * size}};
 }
 
 bool TableRecord::holds(const Slot& slot, const NativeTables& tables) {

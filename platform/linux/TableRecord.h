@@ -41,6 +41,8 @@ public:
     /// (`current`) is what the program wrote there last.
     [[nodiscard]] std::optional<NativeTables> baseIfOurs(std::uint32_t crtc,
                                                          const NativeTables& current) const;
+    /// What `crtc` should carry now: what the program wrote there last, or else its own tables.
+    [[nodiscard]] std::optional<NativeTables> expectedOn(std::uint32_t crtc) const;
     /// `tables` are `crtc`'s own, and nothing of the program's is on it. False when there is no
     /// room to keep them: the CRTC then has no protection against the program being killed.
     bool setBase(std::uint32_t crtc, const NativeTables& tables);
@@ -67,6 +69,7 @@ private:
     [[nodiscard]] bool reserve(const Entry& entry, std::size_t size) const;
     static bool makeRoom(int descriptor, bool anew);
     static bool isIntact(const Slot& slot, std::size_t size);
+    static NativeTables tablesIn(const Slot& slot, std::size_t size);
     template <typename SealOf>
     static void store(Slot& slot, const NativeTables& tables, SealOf sealOf);
     static bool holds(const Slot& slot, const NativeTables& tables);

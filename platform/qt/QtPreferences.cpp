@@ -92,7 +92,10 @@ bool QtPreferences::keepCopy() {
 }
 
 std::optional<QString> QtPreferences::textForKey(std::string_view key) const {
-    const QVariant value = values_.value(keyText(key));
+    const QVariant value = [&] {
+        const std::lock_guard lock(valuesMutex_);
+        return values_.value(keyText(key));
+    }();
     if (!value.isValid())
         return std::nullopt;
     return value.toString(); // empty for a list, which is nothing that this program has written
@@ -139,27 +142,32 @@ void QtPreferences::setDouble(std::string_view key, double value) {
 }
 
 void QtPreferences::write(std::string_view key, const QVariant& value) {
-    values_.insert(keyText(key), value);
-    if (!mayWrite_)
-        return;
-    unsaved_.insert(keyText(key), value);
+    {
+        const std::lock_guard lock(valuesMutex_);
+        values_.insert(keyText(key), value);
+        if (!mayWrite_)
+            return;
+        unsaved_.insert(keyText(key), value);
+    }
     saveItem_.schedule(Seconds(0));
 }
 
 void QtPreferences::save() {
-    fileQueue_.async([this, changes = std::exchange(unsaved_, {})] { writeFile(changes); });
+    fileQueue_.async([this, changes = takeUnsaved()] { writeFile(changes); });
+}
+
+QVariantMap QtPreferences::takeUnsaved() {
+    const std::lock_guard lock(valuesMutex_);
+    return std::exchange(unsaved_, {});
 }
 
 void QtPreferences::flush() {
-    saveItem_.cancel();
-    const QVariantMap changes = std::exchange(unsaved_, {});
-    fileQueue_.sync([&] {
-        if (!changes.isEmpty())
-            writeFile(changes);
-    });
+    fileQueue_.sync([this, changes = takeUnsaved()] { writeFile(changes); });
 }
 
 void QtPreferences::writeFile(const QVariantMap& changes) {
+    if (changes.isEmpty())
+        return; // saved in another way meanwhile
     bool written = keepCopy();
     if (written) {
         QSettings settings(path_, QSettings::IniFormat);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <mutex>
 #include <string>
 
 #include <QtCore/QByteArray>
@@ -28,7 +29,7 @@ public:
     QtPreferences(const QString& path, MainQueue& mainQueue, Log& log);
     ~QtPreferences() override;
 
-    /// Writes what is still only in memory, and waits until it is in the file.
+    /// Writes what is still only in memory, and waits until it is in the file. Any thread.
     void flush();
 
     /// noctra/noctra.conf in $XDG_CONFIG_HOME, else in ~/.config.
@@ -44,6 +45,7 @@ private:
     void open();
     [[nodiscard]] bool moveAside();
     void save();
+    [[nodiscard]] QVariantMap takeUnsaved();
     // On fileQueue_:
     void writeFile(const QVariantMap& changes);
     [[nodiscard]] bool keepCopy();
@@ -55,6 +57,8 @@ private:
     const QString path_;
     Log& log_;
     bool mayWrite_ = true;
+    mutable std::mutex valuesMutex_;
+    // Guarded by valuesMutex_:
     QVariantMap values_;  ///< what the file held, and what was written since
     QVariantMap unsaved_; ///< written since the last save
     WorkItem saveItem_;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "foundation/Log.h"
+#include "platform/simulated/SimulatedDisplayServices.h"
 #include "platform/simulated/SimulatedDisplays.h"
 #include "platform/simulated/SimulatedPreferences.h"
 #include "platform/simulated/SimulatedProcess.h"
@@ -43,6 +44,8 @@ struct SimulatedDesktop {
     SimulatedScratchFiles files;
     SimulatedLoginItem loginItem;
     SimulatedBacklight backlight;
+    SimulatedOnlineDisplays online;
+    SimulatedDisplayServices displayServices;
     SimulatedDisplayChanges displayChanges;
 
     void advance(Seconds time) { runLoop.advance(mainQueue, time); }

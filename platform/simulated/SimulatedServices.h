@@ -3,18 +3,23 @@
 // The small services of the simulated desktop: each records what is asked of it and answers what a
 // test has told it to.
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "foundation/Observable.h"
 #include "platform/Application.h"
 #include "platform/Backlight.h"
 #include "platform/DisplayChanges.h"
 #include "platform/LineOutput.h"
 #include "platform/LoginItem.h"
+#include "platform/OnlineDisplays.h"
 #include "platform/ScratchFiles.h"
 #include "platform/SystemInfo.h"
 #include "platform/UrlChannel.h"
@@ -100,18 +105,54 @@ public:
 
 class SimulatedBacklight : public Backlight {
 public:
-    bool builtIn = false;
     std::optional<float> value;
 
-    [[nodiscard]] bool hasBuiltInDisplay() const override { return builtIn; }
-    [[nodiscard]] std::optional<float> level() const override { return value; }
+    [[nodiscard]] std::optional<float> level() override { return value; }
+};
+
+class SimulatedOnlineDisplays : public OnlineDisplays {
+public:
+    std::vector<DisplayId> ids;
+    std::set<DisplayId> builtIn;
+    std::int32_t status = 0; ///< what `list` answers
+
+    std::int32_t list(std::span<DisplayId> to, std::uint32_t& count) const override {
+        if (status != 0)
+            return status;
+        count = static_cast<std::uint32_t>(std::min(to.size(), ids.size()));
+        std::copy_n(ids.begin(), count, to.begin());
+        return 0;
+    }
+    [[nodiscard]] bool isBuiltIn(DisplayId display) const override {
+        return builtIn.contains(display);
+    }
 };
 
 class SimulatedDisplayChanges : public DisplayChanges {
 public:
-    Handlers handlers;
+    void woke() const { tell(&Handlers::woke); }
+    void screenParametersChanged() const { tell(&Handlers::screenParametersChanged); }
+    void reconfigured(DisplayId display, DisplayChangeFlags flags) const {
+        tell(&Handlers::reconfigured, display, flags);
+    }
+    void brightnessControlsChanged() const { tell(&Handlers::brightnessControlsChanged); }
+    int subscriptions = 0; ///< ever made
 
-    void setHandlers(Handlers newHandlers) override { handlers = std::move(newHandlers); }
+    AnyCancellable subscribe(Handlers handlers) override {
+        ++subscriptions;
+        return AnyCancellable(subscribers_.add(std::move(handlers)));
+    }
+
+private:
+    template <typename Handler, typename... Arguments>
+    void tell(Handler handler, Arguments... arguments) const {
+        subscribers_.forEach([&](const auto& subscriber) {
+            if ((*subscriber).*handler)
+                ((*subscriber).*handler)(arguments...);
+        });
+    }
+
+    Listeners<Handlers> subscribers_;
 };
 
 } // namespace noctra

@@ -5,7 +5,7 @@ namespace noctra {
 namespace {
 
 struct EngineDisplayChanges : EngineFixture {
-    DisplayChanges::Handlers& changes() { return desktop.displayChanges.handlers; }
+    SimulatedDisplayChanges& changes() { return desktop.displayChanges; }
     std::size_t refreshes() const {
         std::size_t count = 0;
         for (const std::string& message : desktop.log.messages)
@@ -106,7 +106,8 @@ TEST_F(EngineDisplayChanges, ReappliesTheFilterInTwoStepsAfterAWakeAndOnlyWhileI
 
 TEST_F(EngineDisplayChanges, RefreshesWithTheFilterOffButAppliesNothing) {
     startQuietly();
-    desktop.backlight.builtIn = true;
+    desktop.online.ids = {7};
+    desktop.online.builtIn = {7};
     changes().screenParametersChanged();
     EXPECT_TRUE(engine->hasBuiltInDisplay);
     desktop.advance(Seconds(3));
@@ -137,14 +138,13 @@ TEST_F(EngineDisplayChanges, DropsASettlePassThatTurningOffOrANewerRequestHasOve
 TEST_F(EngineDisplayChanges, DoesNothingForAnEngineThatIsGone) {
     startQuietly();
     engine->isEnabled = true;
-    const DisplayChanges::Handlers kept = changes();
-    kept.woke();
-    kept.reconfigured(1, displayAdded);
-    kept.screenParametersChanged();
+    changes().woke();
+    changes().reconfigured(1, displayAdded);
+    changes().screenParametersChanged();
     engine.reset();
     desktop.advance(Seconds(5));
-    kept.woke();
-    kept.reconfigured(1, displayAdded);
+    changes().woke();
+    changes().reconfigured(1, displayAdded);
     desktop.advance(Seconds(5));
     EXPECT_EQ(refreshes(), 0U);
 }

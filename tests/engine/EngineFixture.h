@@ -18,6 +18,7 @@ struct EngineFixture : testing::Test {
 
     SimulatedDesktop desktop;
     std::unique_ptr<ColorFilterManager> engine;
+    int libraryLookUps = 0;
 
     EngineFixture() {
         desktop.displays.attach(1, calibratedTables(0.9F));
@@ -34,6 +35,14 @@ struct EngineFixture : testing::Test {
             .displayChanges = &desktop.displayChanges,
             .loginItem = &desktop.loginItem,
             .backlight = &desktop.backlight,
+            .onlineDisplays = &desktop.online,
+            .brightnessGetter =
+                [this] {
+                    ++libraryLookUps;
+                    return reinterpret_cast<display_services::GetBrightness*>(
+                        desktop.displayServices.symbol(nullptr,
+                                                       display_services::getBrightnessSymbol));
+                },
         });
         return *engine;
     }

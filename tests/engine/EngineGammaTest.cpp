@@ -139,7 +139,7 @@ TEST_F(EngineGamma, RestoresFromAnotherThreadAfterTheWriteThatIsUnderWayAndWrite
     signalThread.join();
     for (int step = 0; step < 5; ++step)
         engine->brightness = 0.3 + step * 0.1; // the drag goes on
-    desktop.displayChanges.handlers.screenParametersChanged();
+    desktop.displayChanges.screenParametersChanged();
     desktop.advance(Seconds(3));
     EXPECT_EQ(desktop.displays.tablesOf(1), calibratedTables(0.9F));
     EXPECT_EQ(desktop.displays.tablesOf(2), calibratedTables(0.8F));

@@ -127,7 +127,8 @@ TEST_F(EngineState, SavesOnceHalfASecondAfterTheLastOfABurst) {
 TEST_F(EngineState, TouchesNothingWhilePicturesOfThePanelAreRendered) {
     desktop.process.setEnvironment("NOCTRA_SCREENSHOT_RENDER", "1");
     desktop.preferences.store("filterIntensity", 0.4);
-    desktop.backlight.builtIn = true;
+    desktop.online.ids = {7};
+    desktop.online.builtIn = {7};
     desktop.backlight.value = 0.5F;
     start();
     engine->isEnabled = true;
@@ -137,7 +138,7 @@ TEST_F(EngineState, TouchesNothingWhilePicturesOfThePanelAreRendered) {
     EXPECT_TRUE(desktop.displays.calls().empty());
     EXPECT_TRUE(desktop.preferences.writtenKeys().empty());
     EXPECT_TRUE(desktop.loginItem.calls.empty());
-    EXPECT_FALSE(desktop.displayChanges.handlers.woke);
+    EXPECT_EQ(desktop.displayChanges.subscriptions, 0);
     EXPECT_EQ(engine->intensity, 0.4) << "the panel shows the real values";
     EXPECT_EQ(engine->hardwareBrightness, 0.5F);
 

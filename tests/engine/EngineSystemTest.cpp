@@ -8,26 +8,67 @@ using Level = ColorFilterManager::FlickerWarningLevel;
 TEST_F(EngineSystem, WarnsByTheBacklightWhereItIsKnownAndByTheSoftwareBrightnessElsewhere) {
     struct Case {
         bool builtIn;
-        std::optional<float> backlight;
+        std::optional<float> backlight; ///< as the system says
+        std::optional<float> library;   ///< as the display-services library says
         double brightness;
         Level expected;
     };
-    for (const Case& c : std::vector<Case>{{true, 0.75F, 1.0, Level::severe},
-                                           {true, 0.8F, 1.0, Level::mild},
-                                           {true, 0.85F, 0.5, Level::mild},
-                                           {true, 0.99F, 0.5, Level::none},
-                                           {true, 1.0F, 0.5, Level::none},
-                                           {true, std::nullopt, 0.5, Level::mild},
-                                           {true, std::nullopt, 1.0, Level::none},
-                                           {false, 0.3F, 0.5, Level::mild},
-                                           {false, 0.3F, 0.99, Level::none}}) {
-        desktop.backlight.builtIn = c.builtIn;
+    const std::optional<float> unknown;
+    for (const Case& c : std::vector<Case>{{true, 0.75F, unknown, 1.0, Level::severe},
+                                           {true, 0.8F, unknown, 1.0, Level::mild},
+                                           {true, 0.85F, unknown, 0.5, Level::mild},
+                                           {true, 0.99F, 0.2F, 0.5, Level::none},
+                                           {true, 1.0F, unknown, 0.5, Level::none},
+                                           {true, unknown, 0.75F, 1.0, Level::severe},
+                                           {true, unknown, 1.0F, 0.5, Level::none},
+                                           {true, unknown, unknown, 0.5, Level::mild},
+                                           {true, unknown, unknown, 1.0, Level::none},
+                                           {false, 0.3F, unknown, 0.5, Level::mild},
+                                           {false, unknown, 0.3F, 0.5, Level::mild},
+                                           {false, 0.3F, unknown, 0.99, Level::none}}) {
+        desktop.online.ids = {4, 7};
+        desktop.online.builtIn.clear();
+        if (c.builtIn)
+            desktop.online.builtIn = {7};
         desktop.backlight.value = c.backlight;
+        desktop.displayServices.displays = {{4, {.brightness = 0.1F}}};
+        if (c.library)
+            desktop.displayServices.displays[7] = {.brightness = *c.library};
         start();
         engine->brightness = c.brightness;
         EXPECT_EQ(engine->flickerWarningLevel(), c.expected)
-            << c.builtIn << " " << c.backlight.value_or(-1.0F) << " " << c.brightness;
+            << c.builtIn << " " << c.backlight.value_or(-1.0F) << " " << c.library.value_or(-1.0F)
+            << " " << c.brightness;
     }
+}
+
+TEST_F(EngineSystem, AsksTheLibraryOnlyForABuiltInPanelThatTheSystemDoesNotKnow) {
+    desktop.online.ids = {7};
+    start();
+    desktop.advance(Seconds(5));
+    EXPECT_EQ(libraryLookUps, 0) << "no built-in panel";
+    desktop.online.builtIn = {7};
+    desktop.backlight.value = 0.5F;
+    desktop.advance(Seconds(5));
+    EXPECT_EQ(libraryLookUps, 0) << "the system knows its level";
+    desktop.backlight.value.reset();
+    desktop.displayServices.missing = {display_services::getBrightnessSymbol};
+    desktop.advance(Seconds(2));
+    EXPECT_EQ(libraryLookUps, 1);
+    EXPECT_FALSE(engine->hardwareBrightnessAvailable);
+}
+
+TEST_F(EngineSystem, LooksAtTheFirstSixteenDisplaysAndCopesWithoutTheirList) {
+    for (DisplayId display = 1; display <= 17; ++display)
+        desktop.online.ids.push_back(display);
+    desktop.online.builtIn = {17};
+    desktop.displayServices.displays[17] = {.brightness = 0.5F};
+    EXPECT_FALSE(start().hasBuiltInDisplay);
+    EXPECT_FALSE(engine->hardwareBrightnessAvailable);
+    desktop.online.builtIn = {16};
+    EXPECT_TRUE(start().hasBuiltInDisplay);
+    desktop.online.status = 1000;
+    EXPECT_FALSE(start().hasBuiltInDisplay);
 }
 
 TEST_F(EngineSystem, PollsTheBacklightEveryTwoSecondsAndAnnouncesEveryPoll) {
