@@ -18,12 +18,15 @@
 #include "foundation/SharedInstance.h"
 #include "platform/linux/LinuxDisplayChanges.h"
 #include "platform/linux/LinuxSystem.h"
+#include "platform/linux/LogindSleep.h"
 #include "platform/linux/PosixProcess.h"
 #include "platform/linux/PosixScratchFiles.h"
 #include "platform/linux/RandrDisplays.h"
 #include "platform/linux/RuntimeDirectory.h"
 #include "platform/linux/SessionBusUrlChannel.h"
 #include "platform/linux/StandardOutput.h"
+#include "platform/linux/XdgLoginItem.h"
+#include "platform/linux/backlight/SysfsBacklight.h"
 #include "platform/qt/QtApplication.h"
 #include "platform/qt/QtPreferences.h"
 #include "platform/qt/QtRunLoop.h"
@@ -134,6 +137,9 @@ int run(PosixProcess& process, int argc, char** argv, const std::vector<std::str
 
     QtPreferences preferences(QtPreferences::defaultPath(), mainQueue, log);
     LinuxDisplayChanges displayChanges;
+    SysfsBacklight backlight;
+    XdgLoginItem loginItem(programPath(),
+                           [&](const char* name) { return process.environment(name); });
     SharedInstance<ColorFilterManager>::provide([&] {
         return std::make_unique<ColorFilterManager>(EngineServices{
             .log = log,
@@ -142,6 +148,8 @@ int run(PosixProcess& process, int argc, char** argv, const std::vector<std::str
             .preferences = preferences,
             .process = process,
             .displayChanges = &displayChanges,
+            .loginItem = &loginItem,
+            .backlight = &backlight,
             .onlineDisplays = &displays.online(),
         });
     });
@@ -169,6 +177,7 @@ int run(PosixProcess& process, int argc, char** argv, const std::vector<std::str
             delegate.displayServerLost(news.serverGone);
             static_cast<void>(fail("the X server is gone: " + news.serverGone));
         } else if (news.configurationChanged) {
+            backlight.lookAgain();
             displayChanges.configurationChanged(news.changes);
         }
     };
@@ -176,6 +185,7 @@ int run(PosixProcess& process, int argc, char** argv, const std::vector<std::str
     displays.onNews([&] { mainQueue.async(hearTheServer); });
 
     delegate.applicationDidFinishLaunching();
+    const LogindSleep sleep(mainQueue, log, [&] { displayChanges.woke(); });
     urlChannel.deliver(urls);
     runLoop.drive(mainQueue);
     const int status = QCoreApplication::exec();

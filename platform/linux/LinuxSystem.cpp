@@ -1,8 +1,10 @@
 #include "platform/linux/LinuxSystem.h"
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sstream>
+#include <system_error>
 
 #include <sys/utsname.h>
 
@@ -26,6 +28,11 @@ std::string describeSystem() {
 }
 
 } // namespace
+
+std::string programPath() {
+    std::error_code error;
+    return std::filesystem::read_symlink("/proc/self/exe", error).string();
+}
 
 std::string prettyName(const std::string& osRelease) {
     constexpr std::string_view key = "PRETTY_NAME=";

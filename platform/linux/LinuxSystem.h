@@ -36,6 +36,9 @@ private:
     const std::string version_;
 };
 
+/// The file that this process runs; empty when the system does not say.
+[[nodiscard]] std::string programPath();
+
 /// The value of PRETTY_NAME in the contents of an os-release file; empty when it has none.
 [[nodiscard]] std::string prettyName(const std::string& osRelease);
 

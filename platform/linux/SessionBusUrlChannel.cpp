@@ -12,6 +12,8 @@
 #include <QtDBus/QDBusMessage>
 #include <QtDBus/QDBusReply>
 
+#include "platform/linux/systembus/BusProbe.h"
+
 namespace noctra {
 
 namespace {
@@ -55,10 +57,19 @@ SessionBusUrlChannel::Claim SessionBusUrlChannel::claim() {
         problem_ = "no session bus (DBUS_SESSION_BUS_ADDRESS is not set)";
         return Claim::noBus;
     }
+    if (const std::string silence =
+            whyBusIsSilent(address.toStdString(), std::chrono::milliseconds(answerMilliseconds));
+        !silence.empty()) {
+        problem_ = "no session bus (" + silence + ")";
+        return Claim::noBus;
+    }
+    // By its role, not by its address: Qt 6.4 stops the process where a bus at an address refuses
+    // to let it in.
+    qputenv("DBUS_SESSION_BUS_ADDRESS", address.toUtf8());
     // Connecting takes no time limit, so it gets a thread. One that is stuck is left to the end of
     // the process: nothing could make it stop.
-    auto* connecting = new std::future<QDBusConnection>(std::async(std::launch::async, [address] {
-        return QDBusConnection::connectToBus(address, connectionName);
+    auto* connecting = new std::future<QDBusConnection>(std::async(std::launch::async, [] {
+        return QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName);
     }));
     if (connecting->wait_for(std::chrono::milliseconds(answerMilliseconds)) !=
         std::future_status::ready) {

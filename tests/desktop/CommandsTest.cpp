@@ -33,6 +33,10 @@ protected:
         std::vector<std::string> messages = program.messages();
         const auto running = std::ranges::find(messages, std::string(runningLine));
         messages.erase(messages.begin(), running == messages.end() ? running : running + 1);
+        // This desktop has no system bus, which is noticed at a time of its own.
+        std::erase_if(messages, [](const std::string& message) {
+            return message.starts_with("ERROR: Wake from sleep cannot be noticed");
+        });
         return messages;
     }
 };

@@ -5,7 +5,7 @@
 #include <QDBusVariant>
 #include <QVariantMap>
 
-#include "platform/linux/calibration/BoundedSystemBus.h"
+#include "platform/linux/systembus/BoundedSystemBus.h"
 
 namespace noctra {
 

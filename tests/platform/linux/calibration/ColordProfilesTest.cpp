@@ -192,7 +192,6 @@ TEST(ColordProfiles, aBusThatTakesConnectionsAndSaysNothingHoldsAPassUpForItsBud
     }
     PrivateSystemBus bus;
     const FakeColord colord(goodAnswer);
-    EXPECT_EQ(lookUp(profiles, "DP1"), "") << "the attempt that was under way has failed";
     EXPECT_EQ(lookUp(profiles, "DP1"), "/profiles/DP1.icc");
 }
 

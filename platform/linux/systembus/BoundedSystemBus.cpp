@@ -1,10 +1,12 @@
-#include "platform/linux/calibration/BoundedSystemBus.h"
+#include "platform/linux/systembus/BoundedSystemBus.h"
 
 #include <atomic>
 #include <system_error>
 
 #include <QDBusError>
 #include <QDBusMessage>
+
+#include "platform/linux/systembus/BusProbe.h"
 
 namespace noctra {
 
@@ -13,7 +15,7 @@ namespace {
 /// Qt keeps connections by name.
 QString unusedName() {
     static std::atomic<int> count = 0;
-    return QStringLiteral("noctra-calibration-%1").arg(++count);
+    return QStringLiteral("noctra-system-bus-%1").arg(++count);
 }
 
 /// Whether the bus or the service has stopped answering, as opposed to an answer that says no.
@@ -73,6 +75,12 @@ std::optional<QVariantList> BoundedSystemBus::call(const Method& method,
 
 bool BoundedSystemBus::isConnected() {
     if (!connection_) {
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(*deadline_ - Clock::now());
+        if (!connecting_.valid() && !whyBusIsSilent(systemBusAddress(), left).empty()) {
+            deadline_.reset();
+            return false;
+        }
         // Connecting cannot be given a time, so it gets a thread.
         try {
             if (!connecting_.valid())

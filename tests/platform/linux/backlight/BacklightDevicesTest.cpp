@@ -1,0 +1,108 @@
+#include "platform/linux/backlight/BacklightDevices.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/platform/linux/backlight/BacklightFolder.h"
+
+namespace noctra {
+
+namespace {
+
+using test::BacklightFolder;
+
+std::vector<std::string> namesIn(const BacklightFolder& folder) {
+    std::vector<std::string> names;
+    for (const BacklightDevice& device : listBacklightDevices(folder.path()))
+        names.push_back(device.name);
+    return names;
+}
+
+TEST(BacklightDevices, FirmwareComesBeforePlatformBeforeRawAndEqualsByName) {
+    BacklightFolder folder;
+    for (const char* name : {"d", "a"})
+        folder.add(name, {.type = "raw\n"});
+    for (const char* name : {"e", "b"})
+        folder.add(name, {.type = "platform\n"});
+    for (const char* name : {"f", "c"})
+        folder.add(name, {.type = "firmware\n"});
+    folder.add("0", {.type = "software\n"});
+    EXPECT_EQ(namesIn(folder), (std::vector<std::string>{"c", "f", "b", "e", "a", "d"}));
+}
+
+TEST(BacklightDevices, NoClassFolderMeansNoDevice) {
+    const BacklightFolder folder;
+    EXPECT_TRUE(listBacklightDevices(folder.path()).empty());
+    EXPECT_TRUE(listBacklightDevices(folder.path() + "/none").empty());
+}
+
+struct Reading {
+    const char* text;
+    std::optional<unsigned int> value;
+};
+const std::vector<Reading> readings{
+    {"40\n", 40},
+    {"40", 40},
+    {"0\n", 0},
+    {"", std::nullopt},
+    {"\n", std::nullopt},
+    {"-1\n", std::nullopt},
+    {"+1\n", std::nullopt},
+    {"0x10\n", std::nullopt},
+    {"1.5\n", std::nullopt},
+    {"40\n50\n", std::nullopt},
+    {"forty\n", std::nullopt},
+    {"4294967295\n", 4294967295U},
+    {"4294967296\n", std::nullopt},
+    {"99999999999999999999\n", std::nullopt},
+    {"0000000000000000000000000000000000000000000000000001\n", std::nullopt},
+};
+
+TEST(BacklightDevices, OnlyAPlainNumberUpToTheMaximumIsAValue) {
+    BacklightFolder folder;
+    folder.add("panel", {.maximum = "4294967295\n"});
+    const BacklightDevice whole = listBacklightDevices(folder.path()).at(0);
+    for (const auto& [text, value] : readings) {
+        folder.write("panel", "actual_brightness", text);
+        EXPECT_EQ(readBacklight(whole), value) << text;
+        EXPECT_EQ(namesIn(folder).size(), value ? 1 : 0) << text;
+    }
+    folder.write("panel", "actual_brightness", "101\n");
+    EXPECT_EQ(readBacklight({.name = "panel", .folder = whole.folder, .maximum = 100}),
+              std::nullopt);
+    folder.remove("panel");
+    EXPECT_EQ(readBacklight(whole), std::nullopt);
+}
+
+TEST(BacklightDevices, ADeviceWithoutAPlainPositiveMaximumIsLeftOut) {
+    BacklightFolder folder;
+    folder.add("panel", {.value = "0\n"});
+    for (const auto& [text, value] : readings) {
+        folder.write("panel", "max_brightness", text);
+        const auto devices = listBacklightDevices(folder.path());
+        ASSERT_EQ(devices.size(), value.value_or(0) > 0 ? 1 : 0) << text;
+        if (!devices.empty()) {
+            EXPECT_EQ(devices[0].maximum, value) << text;
+        }
+    }
+}
+
+TEST(BacklightDevices, ADeviceThatLacksAFileIsLeftOut) {
+    for (const char* file : {"type", "max_brightness", "actual_brightness"}) {
+        BacklightFolder folder;
+        folder.add("broken", {.type = "firmware\n"});
+        folder.add("whole", {});
+        std::filesystem::remove(std::filesystem::path(folder.path()) / "broken" / file);
+        EXPECT_EQ(namesIn(folder), std::vector<std::string>{"whole"}) << file;
+        // And so is one that has something else in the file's place.
+        std::filesystem::create_directory(std::filesystem::path(folder.path()) / "broken" / file);
+        EXPECT_EQ(namesIn(folder), std::vector<std::string>{"whole"}) << file;
+    }
+}
+
+} // namespace
+
+} // namespace noctra

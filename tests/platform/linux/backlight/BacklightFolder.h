@@ -1,0 +1,40 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "tests/desktop/support/TemporaryFolder.h"
+
+namespace noctra::test {
+
+/// A folder in the place of the kernel's class folder.
+class BacklightFolder {
+public:
+    struct Device {
+        std::string type = "raw\n";
+        std::string maximum = "100\n";
+        std::string value = "40\n";
+    };
+
+    [[nodiscard]] std::string path() const { return folder_.path(); }
+
+    void add(const std::string& name, const Device& device) {
+        std::filesystem::create_directory(folder_ / name);
+        write(name, "type", device.type);
+        write(name, "max_brightness", device.maximum);
+        write(name, "actual_brightness", device.value);
+    }
+    void write(const std::string& name, const std::string& file, const std::string& bytes) {
+        desktop::writeFile(folder_ / name / file, bytes);
+    }
+    /// As the kernel takes a device away: open files say nothing any more, the names are gone.
+    void remove(const std::string& name) {
+        write(name, "actual_brightness", "");
+        std::filesystem::remove_all(folder_ / name);
+    }
+
+private:
+    desktop::TemporaryFolder folder_;
+};
+
+} // namespace noctra::test
