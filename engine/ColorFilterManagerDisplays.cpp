@@ -58,7 +58,12 @@ void ColorFilterManager::displayReconfigured(DisplayId display, DisplayChangeFla
     const std::string name = "Display " + std::to_string(display);
     if ((flags & displayRemoved) != 0) {
         services_.log.log(name + " disconnected - cleaning up");
-        gammaQueue_.async([this, display] { originalGammas_.erase(display); });
+        gammaQueue_.async([this, display] {
+            // One that is back by now may have the filter on it again, and must not be left so.
+            formAttachedSetUnsafe();
+            if (!std::binary_search(attached_.begin(), attached_.end(), display))
+                originalGammas_.erase(display);
+        });
     } else if ((flags & displayAdded) != 0) {
         services_.log.log(name + " connected");
     } else {

@@ -25,7 +25,8 @@ public:
     /// screens may name the same display. Allocates only while `ids` is too small.
     virtual void attachedScreens(std::vector<DisplayId>& ids) = 0;
 
-    /// Reads the tables that the display carries now. On success fills the first `sampleCount`
+    /// Reads the display's own tables: those that it carries now, or while it carries what was last
+    /// written to it here, those that it carried before that. On success fills the first `sampleCount`
     /// entries of each channel (at most 256; the rest stays as it was); on failure changes nothing.
     virtual Status readTables(DisplayId display, GammaTables& tables,
                               std::uint32_t& sampleCount) = 0;

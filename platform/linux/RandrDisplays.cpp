@@ -32,6 +32,18 @@ bool isSameCalibration(const NativeTables& a, const NativeTables& b) {
     return close(a.red, b.red) && close(a.green, b.green) && close(a.blue, b.blue);
 }
 
+/// What drivers load by themselves, whatever they take for the end of the scale.
+bool isLinear(const NativeTables& tables) {
+    const auto straight = [](const std::vector<std::uint16_t>& levels) {
+        const double step = levels.size() < 2 ? 0.0 : levels.back() / (levels.size() - 1.0);
+        for (std::size_t i = 0; i < levels.size(); ++i)
+            if (std::abs(levels[i] - step * static_cast<double>(i)) > 1.0)
+                return false;
+        return levels.empty() || levels.back() >= 0xFF00;
+    };
+    return straight(tables.red) && straight(tables.green) && straight(tables.blue);
+}
+
 } // namespace
 
 RandrDisplays::RandrDisplays(RandrConnection connection, std::unique_ptr<TableRecord> record,
@@ -85,10 +97,12 @@ Displays::Status RandrDisplays::readTables(DisplayId display, GammaTables& table
     std::optional<NativeTables> native = readCrtc(screen->randr.crtc, status);
     if (!native)
         return status;
+    if (auto base = record_->baseIfOurs(screen->randr.crtc, *native))
+        native = std::move(base);
+    else
+        record_->setBase(screen->randr.crtc, *native);
     sampleNativeTables(*native, tables);
     sampleCount = gammaTableSize;
-    if (!record_->baseIfOurs(screen->randr.crtc, *native))
-        record_->setBase(screen->randr.crtc, *native);
     captured_.insert_or_assign(display, CapturedTables{std::move(*native), tables});
     drainEvents(false); // what came in with the reply
     return 0;
@@ -321,12 +335,18 @@ void RandrDisplays::roundTrip() {
 
 void RandrDisplays::reassertTables() {
     const std::lock_guard lock(mutex_);
+    roundTrip(); // somebody may be about to wait for what he has written
     for (const Screen& screen : screens_) {
         Status status = 0;
         const auto current = readCrtc(screen.randr.crtc, status);
         const auto expected = record_->expectedOn(screen.randr.crtc);
-        if (current && expected && *expected != *current && expected->size() == current->size())
-            writeNow(screen.randr.crtc, *expected);
+        if (!current || !expected || expected->tables == *current ||
+            expected->tables.size() != current->size())
+            continue;
+        // While the filter is off the display is anybody's. But no other program loads a plain
+        // ramp.
+        if (expected->filtered || isLinear(*current))
+            writeNow(screen.randr.crtc, expected->tables);
     }
 }
 

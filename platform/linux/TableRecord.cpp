@@ -152,15 +152,17 @@ std::optional<NativeTables> TableRecord::baseIfOurs(std::uint32_t crtc,
     return tablesIn(entry->base, entry->size);
 }
 
-std::optional<NativeTables> TableRecord::expectedOn(std::uint32_t crtc) const {
+std::optional<TableRecord::Expected> TableRecord::expectedOn(std::uint32_t crtc) const {
     const Entry* entry = find(crtc);
-    if (entry == nullptr || entry->size > maxEntries)
+    if (entry == nullptr || entry->size > maxEntries || !isIntact(entry->base, entry->size))
         return std::nullopt;
-    if (const Slot& written = entry->written[entry->settledSlot % 2]; written.seal != 0)
-        return tablesIn(written, entry->size);
-    if (isIntact(entry->base, entry->size))
-        return tablesIn(entry->base, entry->size);
-    return std::nullopt;
+    NativeTables own = tablesIn(entry->base, entry->size);
+    const Slot& written = entry->written[entry->settledSlot % 2];
+    if (written.seal == 0)
+        return Expected{std::move(own), false};
+    NativeTables last = tablesIn(written, entry->size);
+    const bool filtered = last != own;
+    return Expected{std::move(last), filtered};
 }
 
 /// A base is sealed with a checksum: it is put on a CRTC unseen. A table that was written needs

@@ -42,7 +42,11 @@ public:
     [[nodiscard]] std::optional<NativeTables> baseIfOurs(std::uint32_t crtc,
                                                          const NativeTables& current) const;
     /// What `crtc` should carry now: what the program wrote there last, or else its own tables.
-    [[nodiscard]] std::optional<NativeTables> expectedOn(std::uint32_t crtc) const;
+    struct Expected {
+        NativeTables tables;
+        bool filtered; ///< they are not its own
+    };
+    [[nodiscard]] std::optional<Expected> expectedOn(std::uint32_t crtc) const;
     /// `tables` are `crtc`'s own, and nothing of the program's is on it. False when there is no
     /// room to keep them: the CRTC then has no protection against the program being killed.
     bool setBase(std::uint32_t crtc, const NativeTables& tables);

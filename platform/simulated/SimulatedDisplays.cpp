@@ -70,10 +70,12 @@ Displays::Status SimulatedDisplays::readTables(DisplayId display, GammaTables& t
     const Display& source = displays_.at(display);
     if (source.readStatus != 0)
         return source.readStatus;
+    const GammaTables& own =
+        source.written == source.current ? source.beforeWritten : source.current;
     sampleCount = std::min(source.samples, gammaTableSize);
-    std::copy_n(source.current.red.begin(), sampleCount, tables.red.begin());
-    std::copy_n(source.current.green.begin(), sampleCount, tables.green.begin());
-    std::copy_n(source.current.blue.begin(), sampleCount, tables.blue.begin());
+    std::copy_n(own.red.begin(), sampleCount, tables.red.begin());
+    std::copy_n(own.green.begin(), sampleCount, tables.green.begin());
+    std::copy_n(own.blue.begin(), sampleCount, tables.blue.begin());
     return 0;
 }
 
@@ -86,10 +88,14 @@ void SimulatedDisplays::writeTables(DisplayId display, const GammaTables& tables
         return;
     }
     Display& target = displays_.at(display);
-    if (target.writeStatus != 0)
+    if (target.writeStatus != 0) {
         failures_.push_back({display, target.writeStatus});
-    else
-        target.current = tables;
+        return;
+    }
+    if (target.written != target.current)
+        target.beforeWritten = target.current;
+    target.written = tables;
+    target.current = tables;
 }
 
 void SimulatedDisplays::settle(FunctionRef<void(DisplayId, Status)> failed) {
@@ -101,8 +107,10 @@ void SimulatedDisplays::settle(FunctionRef<void(DisplayId, Status)> failed) {
 
 void SimulatedDisplays::restoreCalibratedTables() {
     record({Call::Kind::restoreCalibrated});
-    for (const DisplayId display : screens_)
+    for (const DisplayId display : screens_) {
         displays_.at(display).current = displays_.at(display).calibrated;
+        displays_.at(display).written.reset();
+    }
 }
 
 bool SimulatedDisplays::isAttached(DisplayId display) const {

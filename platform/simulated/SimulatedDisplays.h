@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <vector>
 
 #include "platform/Displays.h"
@@ -60,6 +61,8 @@ private:
     struct Display {
         GammaTables calibrated;
         GammaTables current;
+        std::optional<GammaTables> written = std::nullopt; ///< last, by the program
+        GammaTables beforeWritten = {};                    ///< what it carried then
         Status readStatus = 0;
         Status writeStatus = 0;
         std::uint32_t samples = gammaTableSize;

@@ -78,6 +78,19 @@ TEST_F(Plugging, OutputsThatComeAndGoWhileCommandsPourInCarryNoTint) {
     EXPECT_TRUE(endsCleanly(*program, SIGTERM));
 }
 
+TEST_F(Plugging, ADisplayThatFlapsWhileTheFilterIsChangedIsNeverTakenForTinted) {
+    for (int round = 0; round < 10; ++round) {
+        const std::unique_ptr<Program> program = startDimmed();
+        for (int flap = 0; flap < 5; ++flap) {
+            plugs().unplug(1);
+            plugs().plug(1);
+            channel().openWithoutWaiting({"noctra://on", "noctra://on"});
+        }
+        ASSERT_TRUE(program->waitForLines(11, appliedLine));
+        ASSERT_TRUE(endsCleanly(*program, SIGTERM)) << "round " << round;
+    }
+}
+
 } // namespace
 
 } // namespace noctra::desktop

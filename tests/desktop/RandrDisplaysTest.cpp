@@ -8,8 +8,10 @@
 #include <utility>
 
 #include "platform/simulated/SimulatedDesktop.h"
+#include "tests/desktop/support/ExpectedTables.h"
 #include "tests/desktop/support/GammaProbe.h"
 #include "tests/desktop/support/OutputPlugs.h"
+#include "tests/desktop/support/Tables.h"
 #include "tests/desktop/support/TemporaryFolder.h"
 #include "tests/desktop/support/XServer.h"
 #include "tests/platform/DisplaysContract.h"
@@ -33,6 +35,17 @@ public:
     ~ThreeRandrDisplays() override { probe.write(before); }
 
     Displays& displays() override { return *adapter; }
+    GammaTables carried(DisplayId display) override {
+        // One that has written nothing reads what is there.
+        RandrDisplays observer(connectToRandr(server().display().c_str()),
+                               TableRecord::open(std::string()).record, log);
+        std::vector<DisplayId> ids;
+        observer.attachedScreens(ids);
+        GammaTables tables;
+        std::uint32_t count = 0;
+        EXPECT_EQ(observer.readTables(display, tables, count), 0);
+        return tables;
+    }
     void unplugLast() override {
         plugs.unplug(2);
         takeNote();
@@ -133,6 +146,49 @@ TEST_F(RandrDisplaysTest, TakesItsTablesOffAnUnpluggedDisplayAsSoonAsItHearsOfIt
     desk.plugs.plug(1);
     desk.takeNote();
     adapter().restoreCalibratedTables();
+    EXPECT_EQ(desk.probe.readAll(), desk.before);
+}
+
+TEST_F(RandrDisplaysTest, PutsItsTablesBackWhereADriverHasLoadedItsOwn) {
+    TablesByCrtc linear = desk.probe.readAll();
+    for (auto& [crtc, tables] : linear)
+        for (auto* channel : {&tables.red, &tables.green, &tables.blue})
+            for (std::size_t i = 0; i < channel->size(); ++i)
+                (*channel)[i] = static_cast<std::uint16_t>(i * 0x101);
+    TablesByCrtc warm = linear;
+    for (auto& [crtc, tables] : warm)
+        for (std::uint16_t& level : tables.blue)
+            level /= 2;
+    desk.probe.write(calibratedLike(linear));
+    const TablesByCrtc calibrated = desk.probe.readAll();
+    adapter().restoreCalibratedTables();
+    dimAll();
+    const TablesByCrtc dimmed = desk.probe.readLit();
+    const auto afterLoading = [&](const TablesByCrtc& others) {
+        for (const auto& [crtc, tables] : dimmed)
+            desk.probe.write(crtc, others.at(crtc));
+        adapter().reassertTables();
+        return desk.probe.readLit();
+    };
+    EXPECT_EQ(afterLoading(linear), dimmed);
+    EXPECT_EQ(afterLoading(warm), dimmed);
+
+    adapter().restoreCalibratedTables();
+    for (const auto& [crtc, tables] : afterLoading(linear))
+        EXPECT_EQ(tables, calibrated.at(crtc)) << "also while the filter is off";
+    for (const auto& [crtc, tables] : afterLoading(warm))
+        EXPECT_EQ(tables, warm.at(crtc)) << "but then not over another program's";
+}
+
+TEST_F(RandrDisplaysTest, LetsNobodyBringAFilterBackThatIsBeingTakenOff) {
+    const DisplayId display = attached().front();
+    GammaTables own;
+    std::uint32_t count = 0;
+    ASSERT_EQ(adapter().readTables(display, own, count), 0);
+    writeHalf(display);
+    adapter().writeTables(display, own);
+    adapter().reassertTables(); // from another thread, before the first one has waited
+    adapter().settle([](DisplayId id, Displays::Status) { FAIL() << id; });
     EXPECT_EQ(desk.probe.readAll(), desk.before);
 }
 

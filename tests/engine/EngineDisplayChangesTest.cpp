@@ -52,7 +52,6 @@ TEST_F(EngineDisplayChanges, TakesWhatTheDisplaysCarryNowAsTheNewBase) {
     desktop.displays.attach(2);
     engine->isEnabled = false;
     EXPECT_EQ(desktop.displays.tablesOf(1), calibratedTables(0.6F));
-    EXPECT_EQ(desktop.displays.calls().back(), (Call{Call::Kind::settle}));
     EXPECT_EQ(desktop.displays.tablesOf(2), filtered(calibratedTables(0.8F), 0.5, 1.0))
         << "its tables were forgotten with it";
 }
@@ -69,12 +68,26 @@ TEST_F(EngineDisplayChanges, KeepsTheOlderTablesOfADisplayWhoseFreshCaptureFails
 
 TEST_F(EngineDisplayChanges, ForgetsTheTablesOfADisplayThatDisconnected) {
     startQuietly();
+    desktop.displays.detach(2);
     changes().reconfigured(2, displayRemoved | displayAdded);
     desktop.settle();
     EXPECT_EQ(desktop.log.messages,
               std::vector<std::string>{"Display 2 disconnected - cleaning up"});
-    engine->applyFilter(); // ordered behind the removal: captured anew
+    desktop.displays.attach(2);
+    engine->removeFilter(); // ordered behind the removal
+    EXPECT_EQ(writes(), 1U) << "display 1";
+    engine->applyFilter();
     EXPECT_EQ(desktop.log.messages.back(), "Captured gamma for display 2");
+}
+
+TEST_F(EngineDisplayChanges, KeepsTheTablesOfADisplayThatIsBackBeforeItsGoingIsHeardOf) {
+    startQuietly();
+    engine->brightness = 0.5;
+    engine->isEnabled = true;
+    changes().reconfigured(2, displayRemoved);
+    desktop.settle();
+    engine->removeFilter(); // the program is about to end
+    EXPECT_EQ(desktop.displays.tablesOf(2), calibratedTables(0.8F));
 }
 
 TEST_F(EngineDisplayChanges, OnlyLogsTheBeginningOfAReconfiguration) {

@@ -25,6 +25,8 @@ class DisplaysUnderTest {
 public:
     virtual ~DisplaysUnderTest() = default;
     virtual Displays& displays() = 0;
+    /// The tables on the display, whoever put them there, read without the adapter.
+    virtual GammaTables carried(DisplayId display) = 0;
     /// Takes the last attached display away, as unplugging does; returns once the adapter can know.
     virtual void unplugLast() = 0;
 };
@@ -55,6 +57,8 @@ protected:
         EXPECT_EQ(count, gammaTableSize);
         return tables;
     }
+
+    GammaTables carried(DisplayId display) { return underTest->carried(display); }
 
     /// The displays whose writes failed.
     std::vector<DisplayId> settle() {
@@ -91,18 +95,20 @@ TEST_P(DisplaysContract, NamesEachAttachedDisplayTheSameWayEveryTime) {
     EXPECT_EQ(displays.screenCount(), first.size());
 }
 
-TEST_P(DisplaysContract, ReadsBackWhatWasWrittenAndOnlyOnItsDisplay) {
+TEST_P(DisplaysContract, WritesToItsDisplayOnlyAndNeverTakesThatForTheDisplaysOwnTables) {
     const std::vector<DisplayId> ids = attached();
     const GammaTables own = read(ids[0]);
     const GammaTables other = read(ids[1]);
     displays.writeTables(ids[0], dimmed(own, 0.5F));
     EXPECT_TRUE(settle().empty());
-    expectSame(read(ids[0]), dimmed(own, 0.5F));
-    EXPECT_EQ(read(ids[1]), other);
+    expectSame(carried(ids[0]), dimmed(own, 0.5F));
+    EXPECT_EQ(carried(ids[1]), other);
+    EXPECT_EQ(read(ids[0]), own);
 
     displays.writeTables(ids[0], own);
     EXPECT_TRUE(settle().empty());
-    EXPECT_EQ(read(ids[0]), own) << "bit for bit";
+    EXPECT_EQ(carried(ids[0]), own) << "bit for bit";
+    EXPECT_EQ(read(ids[0]), own);
 }
 
 TEST_P(DisplaysContract, TakesTheLastOfSeveralWritesToOneDisplay) {
@@ -111,7 +117,7 @@ TEST_P(DisplaysContract, TakesTheLastOfSeveralWritesToOneDisplay) {
     for (const float factor : {0.9F, 0.1F, 0.7F})
         displays.writeTables(id, dimmed(own, factor));
     EXPECT_TRUE(settle().empty());
-    expectSame(read(id), dimmed(own, 0.7F));
+    expectSame(carried(id), dimmed(own, 0.7F));
 }
 
 TEST_P(DisplaysContract, AnswersForADisplayThatDoesNotExistWithoutHurtingTheOthers) {
@@ -127,7 +133,7 @@ TEST_P(DisplaysContract, AnswersForADisplayThatDoesNotExistWithoutHurtingTheOthe
     displays.writeTables(nobody, own);
     displays.writeTables(id, dimmed(own, 0.5F));
     EXPECT_EQ(settle(), std::vector<DisplayId>{nobody});
-    expectSame(read(id), dimmed(own, 0.5F));
+    expectSame(carried(id), dimmed(own, 0.5F));
     EXPECT_TRUE(settle().empty()) << "a failure is reported once";
 }
 
@@ -143,7 +149,7 @@ TEST_P(DisplaysContract, PutsTheCalibratedTablesBackAndLeavesThemWhereTheyAre) {
     for (int round = 0; round < 2; ++round) {
         displays.restoreCalibratedTables();
         for (std::size_t i = 0; i < ids.size(); ++i)
-            EXPECT_EQ(read(ids[i]), own[i]) << "display " << i << ", round " << round;
+            EXPECT_EQ(carried(ids[i]), own[i]) << "display " << i << ", round " << round;
         EXPECT_TRUE(settle().empty()) << "its own writes are nobody else's failures";
     }
 }

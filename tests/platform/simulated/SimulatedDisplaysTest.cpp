@@ -13,6 +13,7 @@ public:
         simulated_.attach(12);
     }
     Displays& displays() override { return simulated_; }
+    GammaTables carried(DisplayId display) override { return simulated_.tablesOf(display); }
     void unplugLast() override { simulated_.detach(12); }
 
 private:
