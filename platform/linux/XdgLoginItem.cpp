@@ -40,11 +40,9 @@ bool isSwitchedOff(const DesktopEntry& entry) {
     return entry.has("Hidden", "true") || entry.has(desktopsSwitch, "false");
 }
 
-bool isSameFile(const std::string& one, const std::string& other) {
-    struct stat first {};
-    struct stat second {};
-    return ::stat(one.c_str(), &first) == 0 && ::stat(other.c_str(), &second) == 0 &&
-           first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+bool isFile(const std::string& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
 bool isFolder(const std::string& path) {
@@ -100,7 +98,7 @@ std::string XdgLoginItem::registerItem() {
     entry.set("Type", "Application");
     if (!entry.value("Name"))
         entry.set("Name", "Noctra");
-    if (!runsProgram(entry)) {
+    if (!canRun(entry)) {
         entry.set("Exec", execLineFor(program_));
         entry.remove("TryExec"); // names the old place
     }
@@ -145,27 +143,22 @@ std::optional<std::string> XdgLoginItem::systemEntry() const {
 LoginItem::Status XdgLoginItem::statusOf(const DesktopEntry& entry) const {
     if (isSwitchedOff(entry))
         return Status::requiresApproval;
-    return entry.has("Type", "Application") && runsProgram(entry) ? Status::enabled
-                                                                  : Status::notRegistered;
+    // Whatever it runs: it may be a wrapper of the user's, or another copy of the program.
+    return entry.has("Type", "Application") && !entry.value("Exec").value_or("").empty()
+               ? Status::enabled
+               : Status::notRegistered;
 }
 
-bool XdgLoginItem::runsProgram(const DesktopEntry& entry) const {
-    // Also as an argument of another program, such as env.
+bool XdgLoginItem::canRun(const DesktopEntry& entry) const {
     const auto arguments = argumentsIn(entry.value("Exec").value_or(""));
-    return std::any_of(arguments.begin(), arguments.end(),
-                       [this](const std::string& argument) { return isProgram(argument); });
-}
-
-bool XdgLoginItem::isProgram(const std::string& argument) const {
-    if (argument == program_)
-        return true;
-    if (argument.find('/') != std::string::npos)
-        return argument.starts_with('/') && isSameFile(argument, program_);
+    if (arguments.empty() || arguments.front().empty())
+        return false;
+    const std::string& command = arguments.front();
+    if (command.find('/') != std::string::npos)
+        return command.starts_with('/') && isFile(command);
     const auto folders = absolutePaths(variable("PATH"));
-    return !argument.empty() &&
-           std::any_of(folders.begin(), folders.end(), [&](const std::string& folder) {
-               return isSameFile(folder + "/" + argument, program_);
-           });
+    return std::any_of(folders.begin(), folders.end(),
+                       [&](const std::string& folder) { return isFile(folder + "/" + command); });
 }
 
 std::string XdgLoginItem::variable(const char* name) const {

@@ -13,10 +13,10 @@ class DesktopEntry;
 /// The program's autostart entry in the user's configuration folder, by which freedesktop.org
 /// desktops start programs at login. A system-wide entry counts where the user has none.
 ///
-/// status: `enabled` where an entry runs this program; `requiresApproval` where the entry is
+/// status: `enabled` where an entry of the program's name runs anything; `requiresApproval` where the entry is
 /// switched off, by Hidden or in the desktop's settings; `notFound` where entries can neither be
-/// read nor made. Registering keeps what the user changed in his entry, and writes nothing where
-/// nothing changes.
+/// read nor made. Registering keeps what the user changed in his entry, also its command as long as
+/// that is there, and writes nothing where nothing changes.
 class XdgLoginItem : public LoginItem {
 public:
     using Environment = std::function<std::optional<std::string>(const char* name)>;
@@ -34,8 +34,8 @@ private:
     [[nodiscard]] std::string userFolder() const;
     [[nodiscard]] std::optional<std::string> systemEntry() const;
     [[nodiscard]] Status statusOf(const DesktopEntry& entry) const;
-    [[nodiscard]] bool runsProgram(const DesktopEntry& entry) const;
-    [[nodiscard]] bool isProgram(const std::string& argument) const;
+    /// Whether what the entry is to run is there.
+    [[nodiscard]] bool canRun(const DesktopEntry& entry) const;
     /// Empty where the variable is not set.
     [[nodiscard]] std::string variable(const char* name) const;
 

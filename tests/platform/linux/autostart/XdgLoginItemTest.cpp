@@ -28,8 +28,9 @@ TEST_F(XdgLoginItemTest, TheEntryTellsTheStatus) {
              Case{"[Desktop Entry]\nHidden=true\n", Status::requiresApproval},
              Case{start + "Exec=noctra %U\n", Status::enabled},
              Case{start + "Exec=env A=b \"" + program() + "\"\n", Status::enabled},
-             Case{start + "Exec=/usr/bin/other\n", Status::notRegistered},
-             Case{start + "Exec=bin/noctra\n", Status::notRegistered},
+             Case{start + "Exec=sh -c \"sleep 5; noctra\"\n", Status::enabled},
+             Case{start + "Exec=/gone/noctra\n", Status::enabled},
+             Case{start + "Exec=\n", Status::notRegistered},
              Case{start, Status::notRegistered},
              Case{"[Desktop Entry]\nExec=" + program(), Status::notRegistered},
              Case{"Exec=" + program(), Status::notRegistered},
@@ -68,8 +69,12 @@ TEST_F(XdgLoginItemTest, RegisteringChangesOnlyWhatKeepsTheProgramFromStarting) 
     const std::string extras = "# mine\nX-GNOME-Autostart-Delay = 5\nName[de]=Dunkler\n";
     const std::string rest = "\n[Desktop Action x]\nExec=keep\nHidden=true\n";
     const std::string moved = "[Desktop Entry]\nType=Application\nName=Noctra\nExec=/old/noctra\n";
+    const std::string wrapped =
+        "[Desktop Entry]\nType=Application\nName=Noctra\nExec=noctra-wrapper %U\n";
+    write(folder_ / "bin/noctra-wrapper", "");
     for (const Case& known : {
              Case{entry(extras + rest), entry(extras + rest)},
+             Case{wrapped + extras, wrapped + extras},
              Case{moved + extras + "TryExec=/old/noctra\n" + rest, entry(extras + rest)},
              Case{entry("Hidden=true\n" + extras + rest), entry(extras + rest)},
              Case{entry("X-GNOME-Autostart-enabled=true\nHidden=true\n"),
