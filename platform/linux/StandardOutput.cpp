@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <utility>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace noctra {
@@ -22,7 +23,8 @@ void writeAll(int descriptor, std::string_view text) {
 
 } // namespace
 
-StandardOutput::StandardOutput(int descriptor) : descriptor_(descriptor) {}
+StandardOutput::StandardOutput(int descriptor)
+    : descriptor_(::fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)) {}
 
 StandardOutput::~StandardOutput() {
     {
@@ -31,6 +33,7 @@ StandardOutput::~StandardOutput() {
     }
     changed_.notify_all();
     writer_.join();
+    ::close(descriptor_);
 }
 
 void StandardOutput::writeLine(std::string_view line) {

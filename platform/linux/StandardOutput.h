@@ -15,6 +15,9 @@ namespace noctra {
 /// own: a reader that has stopped reading (a full pipe, a terminal behind a dead link) holds up
 /// nobody else. Any thread.
 ///
+/// The descriptor that it is given is duplicated: lines still go where it led when something else is
+/// put in its place for a while.
+///
 /// While more than `maxWaiting` lines wait, new ones are dropped; where lines were dropped, a line
 /// says how many.
 class StandardOutput : public LineOutput {

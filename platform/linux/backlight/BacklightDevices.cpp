@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
+#include <string_view>
 #include <tuple>
 #include <utility>
 
@@ -19,6 +20,9 @@ namespace {
 /// The kinds of device, best first: firmware knows what the machine's maker wired up, a raw
 /// interface only the graphics chip.
 constexpr std::array<const char*, 3> kinds{"firmware", "platform", "raw"};
+
+/// Names of the backlights that a driver makes of external monitors begin so.
+constexpr std::string_view monitors = "ddcci";
 
 struct Candidate {
     std::size_t rank = 0; ///< of its kind
@@ -47,6 +51,11 @@ std::optional<Candidate> examine(const std::string& classFolder, const std::stri
     return candidate;
 }
 
+std::optional<unsigned int> readValue(const BacklightDevice& device, const char* file) {
+    const auto value = NumberFile(device.folder + file).read();
+    return value && *value <= device.maximum ? value : std::nullopt;
+}
+
 } // namespace
 
 std::vector<BacklightDevice> listBacklightDevices(const std::string& classFolder) {
@@ -58,7 +67,7 @@ std::vector<BacklightDevice> listBacklightDevices(const std::string& classFolder
         return {};
     std::vector<Candidate> candidates;
     while (const dirent* const entry = ::readdir(folder.get()))
-        if (entry->d_name[0] != '.')
+        if (entry->d_name[0] != '.' && !std::string_view(entry->d_name).starts_with(monitors))
             if (auto candidate = examine(classFolder, entry->d_name))
                 candidates.push_back(std::move(*candidate));
     std::sort(candidates.begin(), candidates.end(), [](const Candidate& a, const Candidate& b) {
@@ -71,8 +80,11 @@ std::vector<BacklightDevice> listBacklightDevices(const std::string& classFolder
 }
 
 std::optional<unsigned int> readBacklight(const BacklightDevice& device) {
-    const auto value = NumberFile(device.folder + "/actual_brightness").read();
-    return value && *value <= device.maximum ? value : std::nullopt;
+    return readValue(device, "/actual_brightness");
+}
+
+std::optional<unsigned int> readBacklightSetting(const BacklightDevice& device) {
+    return readValue(device, "/brightness");
 }
 
 } // namespace noctra

@@ -17,12 +17,16 @@ struct BacklightDevice {
 
 /// The backlights that can be read, best first: firmware before platform before raw, then by name.
 /// A device whose type, maximum or value is missing, empty, negative or no number is left out, as
-/// is one whose maximum is 0. Main thread or a worker; reads a few small files.
+/// is one whose maximum is 0, and one that a driver makes of an external monitor (each reading
+/// would take as long as the monitor does). Main thread or a worker; reads a few small files.
 [[nodiscard]] std::vector<BacklightDevice>
 listBacklightDevices(const std::string& classFolder = backlightClassFolder);
 
 /// The device's value at the moment (what the hardware says, not what was last asked for), 0 to its
 /// maximum; nothing when it cannot be read or is out of range.
 [[nodiscard]] std::optional<unsigned int> readBacklight(const BacklightDevice& device);
+
+/// What was last asked for, whoever did, 0 to the maximum; nothing as above.
+[[nodiscard]] std::optional<unsigned int> readBacklightSetting(const BacklightDevice& device);
 
 } // namespace noctra

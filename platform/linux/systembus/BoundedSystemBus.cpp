@@ -12,10 +12,13 @@ namespace noctra {
 
 namespace {
 
-/// Qt keeps connections by name.
+/// Qt keeps connections by name, for all of a process. A shared library that has this code too has
+/// another counter, at another place.
 QString unusedName() {
     static std::atomic<int> count = 0;
-    return QStringLiteral("noctra-system-bus-%1").arg(++count);
+    return QStringLiteral("noctra-system-bus-%1-%2")
+        .arg(reinterpret_cast<quintptr>(&count), 0, 16)
+        .arg(++count);
 }
 
 /// Whether the bus or the service has stopped answering, as opposed to an answer that says no.

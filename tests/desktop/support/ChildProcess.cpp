@@ -35,7 +35,7 @@ void prepareChild(const ChildProcess::Start& start, pid_t parent) {
         ::signal(number, SIG_DFL);
 
     const int nowhere = open("/dev/null", O_RDWR | O_CLOEXEC);
-    dup2(nowhere, STDIN_FILENO);
+    dup2(start.standardInput < 0 ? nowhere : start.standardInput, STDIN_FILENO);
     dup2(start.standardOutput < 0 ? nowhere : start.standardOutput, STDOUT_FILENO);
     dup2(start.standardError < 0 ? nowhere : start.standardError, STDERR_FILENO);
     if (start.kept >= 0)

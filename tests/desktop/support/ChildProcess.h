@@ -29,6 +29,7 @@ public:
     struct Start {
         std::vector<std::string> arguments;   ///< the first is the program, looked up in PATH
         std::vector<std::string> environment; ///< NAME=value, all that the process gets
+        int standardInput = -1;               ///< -1: nowhere
         int standardOutput = -1;              ///< -1: nowhere
         int standardError = -1;               ///< -1: nowhere
         int kept = -1;                        ///< one more descriptor, under its own number

@@ -17,11 +17,14 @@ public:
     /// Lights the output in its place of a grid, on a free CRTC that it can use.
     void plug(int output) const;
     void unplug(int output) const;
+    /// Makes the server say that the output is a panel that is part of the machine, or no more.
+    void setBuiltIn(int output, bool builtIn) const;
     /// Lights the first `count` outputs and turns the others dark.
     void plugOnly(int count) const;
 
 private:
     void makeRoom() const;
+    [[nodiscard]] xcb_atom_t atom(const char* name) const;
     [[nodiscard]] xcb_randr_output_t outputAt(int output) const;
     [[nodiscard]] xcb_randr_mode_t mode() const;
     void configure(xcb_randr_crtc_t crtc, int output, xcb_randr_mode_t mode) const;

@@ -1,0 +1,73 @@
+#include "platform/linux/displayservices/DisplayServicesLibrary.h"
+
+#include <system_error>
+#include <utility>
+
+namespace noctra::display_services {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds firstListLimit{12};
+
+constexpr DisplayServicesLibrary::Status success = 0;
+constexpr DisplayServicesLibrary::Status noAnswer = -1;
+constexpr DisplayServicesLibrary::Status badArgument = -2;
+
+} // namespace
+
+DisplayServicesLibrary::DisplayServicesLibrary(Worker::Settings settings)
+    : settings_(std::move(settings)), registry_(news_, wake_), panel_(registry_) {}
+
+void DisplayServicesLibrary::begin() {
+    std::call_once(begun_, [this] {
+        try {
+            worker_ = std::make_unique<Worker>(registry_, wake_, panel_, settings_);
+        } catch (const std::system_error&) { // no display is ever known then
+            return;
+        }
+        registry_.awaitDisplays(firstListLimit);
+    });
+}
+
+DisplayServicesLibrary::Status DisplayServicesLibrary::getBrightness(DisplayId display,
+                                                                     float* brightness) {
+    if (brightness == nullptr)
+        return badArgument;
+    begin();
+    const auto answer = registry_.brightness(display, Clock::now());
+    if (!answer)
+        return noAnswer;
+    *brightness = *answer;
+    return success;
+}
+
+DisplayServicesLibrary::Status
+DisplayServicesLibrary::setBrightness(DisplayId display, float brightness, bool smoothly) {
+    if (!(brightness >= 0.0F && brightness <= 1.0F)) // NaN too
+        return badArgument;
+    begin();
+    return registry_.request(display, brightness, smoothly, Clock::now()) ? success : noAnswer;
+}
+
+bool DisplayServicesLibrary::canChangeBrightness(DisplayId display) {
+    begin();
+    return registry_.canChange(display, Clock::now());
+}
+
+DisplayServicesLibrary::Status
+DisplayServicesLibrary::enableAmbientLightCompensation(DisplayId display, bool enable) {
+    begin();
+    return registry_.enableAmbientLight(display, enable, Clock::now()) ? success : noAnswer;
+}
+
+bool DisplayServicesLibrary::finish(std::chrono::milliseconds limit) {
+    const auto deadline = Clock::now() + limit;
+    registry_.beginFinishing();
+    // The worker may be busy with a slow monitor.
+    panel_.advanceUnlessBusy(limit);
+    return registry_.awaitSettled(deadline);
+}
+
+} // namespace noctra::display_services

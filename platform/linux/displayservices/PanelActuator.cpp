@@ -1,0 +1,31 @@
+#include "platform/linux/displayservices/PanelActuator.h"
+
+#include <algorithm>
+
+namespace noctra::display_services {
+
+using Clock = std::chrono::steady_clock;
+
+void PanelActuator::advance() {
+    const std::lock_guard turn(turn_);
+    step(BacklightWriter::usualLimit);
+}
+
+void PanelActuator::advanceUnlessBusy(std::chrono::milliseconds limit) {
+    const std::unique_lock turn(turn_, std::try_to_lock);
+    const auto end = Clock::now() + limit;
+    while (turn && Clock::now() < end && registry_.isPanelDue(Clock::now()))
+        step(std::min(BacklightWriter::usualLimit, limit / 2));
+}
+
+void PanelActuator::step(std::chrono::milliseconds busLimit) {
+    const auto device = registry_.backlight();
+    if (!device)
+        return;
+    if (const auto value = registry_.panelStep(readBacklight(*device), Clock::now())) {
+        const bool succeeded = writer_.write(*device, *value, busLimit);
+        registry_.panelWritten(*value, succeeded, Clock::now());
+    }
+}
+
+} // namespace noctra::display_services

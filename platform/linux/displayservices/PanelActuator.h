@@ -1,0 +1,29 @@
+#pragma once
+
+#include <mutex>
+
+#include "platform/linux/displayservices/BacklightWriter.h"
+#include "platform/linux/displayservices/DisplayRegistry.h"
+
+namespace noctra::display_services {
+
+/// Does what the registry wants done to the panel's backlight. Any thread; they take turns.
+class PanelActuator {
+public:
+    explicit PanelActuator(DisplayRegistry& registry) : registry_(registry) {}
+
+    /// Does one step. May take half a second where the system bus hangs.
+    void advance();
+    /// Does all steps that are due, unless another thread is at it. Takes a little longer than
+    /// `limit` at the most.
+    void advanceUnlessBusy(std::chrono::milliseconds limit);
+
+private:
+    void step(std::chrono::milliseconds busLimit);
+
+    DisplayRegistry& registry_;
+    std::mutex turn_;
+    BacklightWriter writer_; // guarded by turn_
+};
+
+} // namespace noctra::display_services
