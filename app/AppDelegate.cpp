@@ -52,7 +52,7 @@ void AppDelegate::setupSignalHandlers() {
 }
 
 void AppDelegate::answerSignal(TerminationSignal signal) {
-    services_.process.endAfter(exitDeadline, 0);
+    endWhateverHangs(0);
     if (signal == TerminationSignal::hangUp) {
         // The end of the session is a normal termination, if the main thread gets to it.
         services_.application.terminate(0);
@@ -68,13 +68,14 @@ void AppDelegate::answerSignal(TerminationSignal signal) {
 }
 
 void AppDelegate::applicationWillTerminate() {
-    services_.process.endAfter(exitDeadline, 0); // unless an earlier deadline has its own status
+    endWhateverHangs(0); // unless an earlier deadline has its own status
     services_.log.log(terminatingLine);
     restoreDisplays();
     services_.urls.removeHandlers();
 }
 
 void AppDelegate::quitApp() {
+    endWhateverHangs(0);
     restoreDisplays();
     services_.application.terminate(0);
 }
@@ -84,12 +85,18 @@ void AppDelegate::restoreDisplays() {
     // this.
     engine().sealForExit();
     engine().removeFilter();
-    if (services_.restoreBrightness)
-        services_.restoreBrightness();
+    services_.restoreBrightness();
+    services_.repairTables();
+}
+
+/// From now on the process ends in bounded time, and not before the brightness is back, even where
+/// the displays' tables cannot be written because their server has stopped answering.
+void AppDelegate::endWhateverHangs(int status) {
+    services_.process.endAfter(exitDeadline, status, services_.restoreBrightness);
 }
 
 void AppDelegate::displayServerLost(const std::string& reason) {
-    services_.process.endAfter(exitDeadline, 1);
+    endWhateverHangs(1);
     services_.log.log("ERROR: The display server is gone: " + reason);
     services_.application.terminate(1);
 }

@@ -27,9 +27,12 @@ struct AppServices {
     ScratchFiles& files;
     /// The engine; its first call constructs it.
     std::function<ColorFilterManager&()> engine;
-    /// Puts the displays' backlights back. Any thread, may be called twice. Empty while no part of
-    /// the program drives a backlight.
+    /// Puts the displays' hardware brightness back and returns when that is done, or has taken too
+    /// long. Any thread, may be called more than once.
     std::function<void()> restoreBrightness;
+    /// Puts right what setting the brightness has done to the tables. Any thread; may wait for the
+    /// display server.
+    std::function<void()> repairTables;
 };
 
 /// The program's start, its end, and the commands that other programs send it.
@@ -62,6 +65,7 @@ private:
     void setupSignalHandlers();
     void answerSignal(TerminationSignal signal);
     void restoreDisplays();
+    void endWhateverHangs(int status);
     void runAutomationCommand(AutomationCommand command);
     ColorFilterManager& engine() { return services_.engine(); }
 

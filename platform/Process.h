@@ -29,8 +29,10 @@ public:
     virtual void onTerminationSignal(std::function<void(TerminationSignal)> handler) = 0;
 
     /// Ends the process with `status` when `delay` has passed, whatever its threads are waiting for
-    /// then. The first call counts. Any thread.
-    virtual void endAfter(Seconds delay, int status) = 0;
+    /// then. Before that it runs `lastResort`, on a thread of its own, for what must not be left
+    /// undone even then; that has to be bounded in time by itself. The first call counts. Any
+    /// thread.
+    virtual void endAfter(Seconds delay, int status, std::function<void()> lastResort) = 0;
 
     /// Holds up the thread that answers signals; for use in the handler only.
     virtual void holdSignalThread(Seconds time) = 0;

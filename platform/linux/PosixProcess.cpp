@@ -23,6 +23,7 @@ struct PosixProcess::State {
     std::function<void()> beforeEnd;
     std::optional<std::chrono::steady_clock::time_point> deadline;
     int statusAtDeadline = 0;
+    std::function<void()> lastResort;
     // Neither thread is ever joined: they wait until the process ends, and touch only this object,
     // which is never destroyed.
     std::thread taker;
@@ -30,6 +31,8 @@ struct PosixProcess::State {
 };
 
 namespace {
+
+constexpr std::chrono::milliseconds lastChance{300};
 
 /// Ends the process by `signal`, so that whoever waits for it sees why it ended.
 void endBySignal(int signal) {
@@ -95,8 +98,13 @@ void PosixProcess::watch() {
     state_->deadlineSet.wait(lock, [this] { return state_->deadline.has_value(); });
     const auto deadline = *state_->deadline;
     const int status = state_->statusAtDeadline;
+    const std::function<void()> lastResort = std::move(state_->lastResort);
     lock.unlock();
     std::this_thread::sleep_until(deadline);
+    if (lastResort)
+        lastResort();
+    // Another thread may have waited for the same, and be about to end the process in good order.
+    std::this_thread::sleep_for(lastChance);
     ::_exit(status);
 }
 
@@ -110,13 +118,14 @@ void PosixProcess::onTerminationSignal(std::function<void(TerminationSignal)> ha
     state_->onTermination = std::move(handler);
 }
 
-void PosixProcess::endAfter(Seconds delay, int status) {
+void PosixProcess::endAfter(Seconds delay, int status, std::function<void()> lastResort) {
     const std::lock_guard lock(state_->mutex);
     if (state_->deadline)
         return;
     state_->deadline = std::chrono::steady_clock::now() +
                        std::chrono::duration_cast<std::chrono::steady_clock::duration>(delay);
     state_->statusAtDeadline = status;
+    state_->lastResort = std::move(lastResort);
     state_->deadlineSet.notify_one();
 }
 

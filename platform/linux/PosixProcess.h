@@ -26,7 +26,7 @@ public:
 
     [[nodiscard]] std::optional<std::string> environment(std::string_view name) const override;
     void onTerminationSignal(std::function<void(TerminationSignal)> handler) override;
-    void endAfter(Seconds delay, int status) override;
+    void endAfter(Seconds delay, int status, std::function<void()> lastResort) override;
     void holdSignalThread(Seconds time) override;
     [[noreturn]] void endNow(int status) override;
 

@@ -28,6 +28,7 @@ public:
 
     std::optional<int> endedWith;
     std::optional<Seconds> endsAfter;
+    std::function<void()> lastResort; ///< what would run then
 
     [[nodiscard]] std::optional<std::string> environment(std::string_view name) const override {
         const auto found = environment_.find(std::string(name));
@@ -36,9 +37,11 @@ public:
     void onTerminationSignal(std::function<void(TerminationSignal)> handler) override {
         handler_ = std::move(handler);
     }
-    void endAfter(Seconds delay, int) override {
-        if (!endsAfter)
-            endsAfter = delay;
+    void endAfter(Seconds delay, int, std::function<void()> resort) override {
+        if (endsAfter)
+            return;
+        endsAfter = delay;
+        lastResort = std::move(resort);
     }
     void holdSignalThread(Seconds) override {
         if (whileHeld)

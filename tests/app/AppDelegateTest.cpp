@@ -16,6 +16,8 @@ namespace noctra {
 
 namespace {
 
+using namespace std::string_literals;
+
 struct AppDelegateTest : testing::Test {
     SimulatedDesktop desktop;
     std::unique_ptr<ColorFilterManager> engine;
@@ -36,6 +38,7 @@ struct AppDelegateTest : testing::Test {
                 EXPECT_EQ(desktop.displays.tablesOf(1), SimulatedDisplays::linearTables())
                     << "gamma goes back before the brightness";
             },
+        .repairTables = [this] { brightnessRestores.back() += ", tables repaired"; },
     }};
 
     AppDelegateTest() { desktop.displays.attach(1); }
@@ -99,12 +102,15 @@ TEST_F(AppDelegateTest, PutsEverythingBackOnceAndEndsAtASignal) {
         launchDimmed();
         ASSERT_TRUE(desktop.process.deliver(signal));
         EXPECT_EQ(desktop.log.messages, std::vector<std::string>{line});
-        EXPECT_EQ(brightnessRestores, std::vector<std::string>{line});
+        EXPECT_EQ(brightnessRestores, std::vector<std::string>{line + ", tables repaired"s});
         EXPECT_EQ(restores(), 1U);
         EXPECT_EQ(desktop.process.endedWith, 0);
         EXPECT_LT(desktop.process.endsAfter, Seconds(2)) << "whatever the display server does";
         EXPECT_TRUE(desktop.urls.handlers) << "that belongs to normal termination";
         EXPECT_FALSE(desktop.process.deliver(signal)) << "a second one changes nothing";
+        desktop.process.lastResort();
+        EXPECT_EQ(brightnessRestores.size(), 2U) << "also where the display server hangs";
+        EXPECT_EQ(brightnessRestores.back(), line) << "which must not be waited for again";
         expectRestoredForGood();
     }
 }

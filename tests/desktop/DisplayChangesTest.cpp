@@ -87,6 +87,27 @@ TEST_F(DisplayChanges, ThatTakeADisplayAwayLeaveItsTablesToWhoeverComesNext) {
     EXPECT_EQ(probe().readAll().at(gone->first), foreign.at(gone->first));
 }
 
+TEST_F(DisplayChanges, InAStormOfFiveHundredLeaveTheTablesRightAndNothingBehind) {
+    const std::unique_ptr<Program> program = desktop().startDriven();
+    ASSERT_TRUE(program->waitForLine(runningLine));
+    command(*program, "noctra://on");
+    for (int change = 0; change < 500; ++change) {
+        const int output = change / 2 % 4;
+        change % 2 == 0 ? plugs().unplug(output) : plugs().plug(output);
+    }
+    const std::size_t during = program->countLines(settleLine);
+    EXPECT_TRUE(program->waitForLines(during + 1, settleLine));
+    EXPECT_TRUE(becomesDimmed());
+    EXPECT_EQ(probe().readLit().size(), 4U);
+    // The backlight poll, and the time until the bus that this desktop lacks is looked for again.
+    pollUntil(patience, [&] {
+        program->type("pending");
+        return program->countLines("pending 2") > 0;
+    });
+    EXPECT_GT(program->countLines("pending 2"), 0U);
+    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
+}
+
 } // namespace
 
 } // namespace noctra::desktop

@@ -72,7 +72,7 @@ void MonitorBrightness::request(float brightness, TimePoint now) {
         wanted_ = fractionOf({moved_->found, reading_->maximum});
         moved_.reset();
     }
-    if (reading_ && !failed_ && isAt(rawOf(brightness), now, false))
+    if (reading_ && !failed_ && isAt(rawOf(*wanted_), now, false))
         wanted_.reset();
 }
 
@@ -125,7 +125,9 @@ void MonitorBrightness::readDone(std::optional<MonitorValue> value, TimePoint no
     readFailures_ = 0;
     refreshWanted_ = false;
     writeUnread_ = false;
-    if (wanted_ && !written_ && !moved_ && answered_ && *answered_ != reading_->raw)
+    // Only on the way to full, and from something else: then what was answered will be wanted back.
+    if (wanted_ && rawOf(*wanted_) == reading_->maximum && !written_ && !moved_ && answered_ &&
+        *answered_ != reading_->raw && *answered_ != reading_->maximum)
         moved_ = Moved{*answered_, reading_->raw};
     if (written_)
         checkWritten(now);

@@ -18,7 +18,7 @@ struct MonitorValue {
 /// the monitor is to get next. No thread of its own and no clock; whoever uses it takes turns.
 ///
 /// Writes are rare: only the newest request counts, and nothing is written that the monitor already
-/// has. An answer is always something that was read from the monitor, never what was asked for.
+/// has.
 class MonitorBrightness {
 public:
     /// The most urgent first.
@@ -34,10 +34,10 @@ public:
         TimePoint due;
     };
 
-    /// The latest reading, 0.0 to 1.0. Nothing when there is none, when a newer request is not yet
-    /// known to have reached the monitor (unless the monitor has not held that value before, then
-    /// the latest reading stays the answer), or when the monitor does not answer. Wishes for a new
-    /// reading when the latest is old.
+    /// The brightness, 0.0 to 1.0: the latest reading, or what has been asked for since, until it
+    /// has been read back; but a value that the monitor did not take or hold before is not answered
+    /// until it has been read. Nothing before the first reading and when the monitor does not
+    /// answer. Wishes for a new reading when the latest is old.
     std::optional<float> brightness(TimePoint now);
     /// `brightness` from 0.0 to 1.0.
     void request(float brightness, TimePoint now);

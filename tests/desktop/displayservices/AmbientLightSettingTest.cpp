@@ -1,10 +1,7 @@
 // The desktop's automatic brightness: the real library on real settings, kept in a file of the
 // test's.
 
-#include <csignal>
-
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include "tests/desktop/displayservices/Driver.h"
 #include "tests/desktop/displayservices/Surroundings.h"
@@ -94,24 +91,6 @@ TEST_F(AmbientLightSetting, IsSwitchedOffAndPutBack) {
     EXPECT_TRUE(driver->enableAmbientLight(panel, true));
     endCleanly(*driver);
     EXPECT_EQ(setting(), "true");
-    EXPECT_FALSE(hasMarker());
-}
-
-TEST_F(AmbientLightSetting, StaysOffWhereItWasOffAndOnWhereNobodyAsksForThePanel) {
-    set(false);
-    auto driver = start();
-    EXPECT_TRUE(driver->enableAmbientLight(panel, false));
-    EXPECT_TRUE(pollUntil(patience, [&] { return driver->hasMapped("libgio"); }));
-    EXPECT_TRUE(driver->enableAmbientLight(panel, true));
-    endCleanly(*driver);
-    EXPECT_EQ(setting(), "false");
-
-    set(true);
-    driver = start();
-    EXPECT_TRUE(driver->enableAmbientLight(external, false));
-    endCleanly(*driver);
-    EXPECT_EQ(setting(), "true");
-    EXPECT_FALSE(driver->hasMapped("libgio"));
     EXPECT_FALSE(hasMarker());
 }
 

@@ -1,8 +1,6 @@
 // External monitors: the real library, told by the calls that the program makes, on monitors in
 // shared memory.
 
-#include <cmath>
-
 #include "platform/linux/displayservices/HostFunctions.h"
 #include "tests/desktop/displayservices/MonitorsFixture.h"
 
@@ -69,21 +67,6 @@ TEST_F(Monitors, GetOnlyTheNewestOfManyRequests) {
     EXPECT_LE(monitor().writes, 3);
     EXPECT_GE(std::chrono::nanoseconds(monitor().shortestPause), 50ms);
     EXPECT_EQ(monitor().open, 0);
-}
-
-TEST_F(Monitors, ThatDidNotObeyBeforeFailAVerificationAtOnce) {
-    monitor().ignoresWrites = true;
-    start();
-    ASSERT_TRUE(becomesChangeable(first));
-    driver->set(first, 1);
-    EXPECT_EQ(driver->get(first), 1.0F);
-    EXPECT_TRUE(reaches(first, 0.4F));
-    driver->set(first, 1);
-    EXPECT_EQ(driver->get(first), 0.4F) << "although the new write is still on its way";
-    monitor().ignoresWrites = false;
-    EXPECT_TRUE(reaches(first, 0.4F));
-    driver->set(first, 1);
-    EXPECT_TRUE(reaches(first, 1.0F)) << "it obeys now";
 }
 
 TEST_F(Monitors, ThatFailedAreTriedAgainWhenSomebodyAsks) {

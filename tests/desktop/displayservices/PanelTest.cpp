@@ -97,16 +97,6 @@ TEST_F(Panel, GoesSmoothlyInAboutTenStepsAndEndsExactly) {
     EXPECT_GT(values.front(), static_cast<unsigned int>(prior));
 }
 
-TEST_F(Panel, FollowsTheNewestRequestAlsoInTheMiddleOfTheWay) {
-    start();
-    for (const float brightness : {1.0F, 0.1F, 0.8F, 0.25F})
-        EXPECT_TRUE(driver->setSmooth(panel, brightness));
-    EXPECT_TRUE(reaches(250));
-    EXPECT_TRUE(driver->setSmooth(panel, 1));
-    EXPECT_TRUE(driver->finish(2000ms)) << "a way is cut short at the end of the process";
-    EXPECT_EQ(backlight.value(), full);
-}
-
 TEST_F(Panel, IsWrittenThroughItsFileWhereLogindRefusesOrTheBusIsMissingOrHangs) {
     const auto setAndBack = [&](const char* how) {
         start();

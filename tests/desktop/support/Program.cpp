@@ -51,6 +51,8 @@ Program::Program(const std::vector<std::string>& arguments,
                  const std::vector<std::string>& environment, Output output) {
     const Pipe forOutput = output == Output::stuckTerminal ? makeTerminal() : makePipe();
     const Pipe forErrors = makePipe();
+    const Pipe forInput = makePipe();
+    input_ = forInput.writeEnd;
     if (output == Output::read) {
         output_ = std::make_unique<LineReader>(forOutput.readEnd);
     } else if (output == Output::neverRead || output == Output::stuckTerminal) {
@@ -63,16 +65,18 @@ Program::Program(const std::vector<std::string>& arguments,
     ChildProcess::Start start;
     start.arguments = arguments;
     start.environment = environment;
+    start.standardInput = forInput.readEnd;
     start.standardOutput = forOutput.writeEnd;
     start.standardError = forErrors.writeEnd;
     process_ = std::make_unique<ChildProcess>(start);
+    close(forInput.readEnd);
     close(forOutput.writeEnd);
     close(forErrors.writeEnd);
 }
 
 Program::~Program() {
     process_.reset();
-    for (const int end : {unread_, unreadWriteEnd_})
+    for (const int end : {input_, unread_, unreadWriteEnd_})
         if (end >= 0)
             close(end);
 }
@@ -91,6 +95,12 @@ void Program::killAtOnce() {
     signal(SIGKILL);
     if (!waitForEnding())
         throw std::runtime_error("a killed program did not go away");
+}
+
+void Program::type(const std::string& line) const {
+    const std::string bytes = line + "\n";
+    if (write(input_, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()))
+        throw std::runtime_error("the program does not read its input");
 }
 
 bool Program::waitForLine(const std::string& text, Duration limit) const {

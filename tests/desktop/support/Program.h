@@ -33,6 +33,9 @@ public:
     /// Kills the program, as no program can prevent, and waits until it is gone.
     void killAtOnce();
 
+    /// Writes a line to its standard input.
+    void type(const std::string& line) const;
+
     /// Waits for a line of standard output that contains `text`.
     bool waitForLine(const std::string& text, Duration limit = patience) const;
     /// Waits until `count` lines of standard output contain `text`.
@@ -47,8 +50,10 @@ public:
     void fillOutput() const;
     /// Memory that is the program's at the moment, in KiB.
     [[nodiscard]] long residentKiB() const;
+    [[nodiscard]] pid_t id() const { return process_->id(); }
 
 private:
+    int input_ = -1;
     int unread_ = -1; ///< both ends of a pipe that nobody reads
     int unreadWriteEnd_ = -1;
     std::unique_ptr<LineReader> output_;

@@ -60,6 +60,12 @@ std::unique_ptr<Program> TestDesktop::start(const std::vector<std::string>& argu
     return std::make_unique<Program>(all, environment(), output);
 }
 
+std::unique_ptr<Program> TestDesktop::startDriven(const std::vector<std::string>& launcher) const {
+    std::vector<std::string> all = launcher;
+    all.emplace_back(NOCTRA_DRIVEN_BINARY);
+    return std::make_unique<Program>(all, environment());
+}
+
 std::unique_ptr<Program> TestDesktop::startOther(const std::vector<std::string>& command) const {
     return std::make_unique<Program>(command, environment());
 }

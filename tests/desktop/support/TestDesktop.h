@@ -35,6 +35,11 @@ public:
     start(const std::vector<std::string>& arguments = {},
           Program::Output output = Program::Output::read) const;
 
+    /// Starts the program under test with a remote control on its standard input (driven/main.cpp
+    /// says what it takes), by way of `launcher`, a command that runs what is put behind it.
+    [[nodiscard]] std::unique_ptr<Program>
+    startDriven(const std::vector<std::string>& launcher = {}) const;
+
     /// Starts another program of this desktop; `command` is its path and its arguments.
     [[nodiscard]] std::unique_ptr<Program>
     startOther(const std::vector<std::string>& command) const;

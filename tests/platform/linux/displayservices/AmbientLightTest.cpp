@@ -71,18 +71,6 @@ TEST_F(AmbientLightTest, IsLeftAsItIsWhereItWasOffOrIsUnknown) {
     }
 }
 
-TEST_F(AmbientLightTest, IsPutBackAfterARunThatWasKilled) {
-    aRun().switchOff();
-    AmbientLight next = aRun();
-    next.switchOff();
-    EXPECT_EQ(setting.writes, 1);
-    next.putBack();
-    EXPECT_EQ(setting.value, true);
-    EXPECT_FALSE(hasMarker());
-    next.putBack();
-    EXPECT_EQ(setting.writes, 2);
-}
-
 TEST_F(AmbientLightTest, KeepsTheMarkerAsLongAsItCannotBePutBack) {
     AmbientLight run = aRun();
     run.switchOff();

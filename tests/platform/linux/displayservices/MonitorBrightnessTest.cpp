@@ -160,6 +160,22 @@ TEST(MonitorBrightness, GetsBackWhatItHadWhereItWasTurnedBetweenTheAnswerAndTheW
     EXPECT_EQ(desk.asksFor(0.8F).next(), "write 80 in 0") << "once";
 }
 
+TEST(MonitorBrightness, StaysWhereItIsHeldAlsoWhereTheAnswerBeforeWasTheSameValue) {
+    Desk desk;
+    desk.reads(100).after(60min);
+    EXPECT_EQ(desk.answer(), 1.0F); // and then its user has turned it down to 60
+    desk.asksFor(1).reads(60).wrote(100).after(100ms).reads(100).after(5s);
+    EXPECT_EQ(desk.asksFor(1).next(), "compare in 0");
+    EXPECT_EQ(desk.reads(100).next(), "nothing") << "full is held, 60 is not what is wanted";
+
+    Desk turnedUp = deskAt40(60min);
+    turnedUp.asksFor(1).reads(40).wrote(100).after(100ms).reads(100);
+    EXPECT_EQ(turnedUp.answer(), 1.0F); // and then turned down
+    turnedUp.after(60s).asksFor(0.4F).reads(60).wrote(40).after(100ms).reads(40).after(60s);
+    turnedUp.asksFor(1).reads(40);
+    EXPECT_EQ(turnedUp.next(), "write 100 in 50");
+}
+
 TEST(MonitorBrightness, IsReadAgainWhereSomebodyMaySoonAsk) {
     Desk desk = deskAt40(1900ms);
     desk.state.expectQuestion(desk.now);

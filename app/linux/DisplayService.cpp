@@ -1,0 +1,65 @@
+#include "app/linux/DisplayService.h"
+
+#include <array>
+#include <cstdlib>
+#include <utility>
+
+#include "platform/linux/RuntimeDirectory.h"
+
+namespace noctra {
+
+namespace {
+
+DisplayService createRandrDisplays(Log& log) {
+    RandrConnection connection = connectToRandr(nullptr);
+    if (!connection.xcb)
+        return {nullptr, {}, connection.description};
+
+    const char* name = std::getenv("DISPLAY");
+    const RuntimeDirectory directory = openRuntimeDirectory();
+    auto opened = TableRecord::open(directory.path.empty()
+                                        ? std::string()
+                                        : directory.path + "/" +
+                                              tableRecordName(name != nullptr ? name : ""));
+    if (opened.opened == TableRecord::Opened::inUse)
+        return {nullptr,
+                {},
+                "another Noctra is running on this display and cannot be reached: " + opened.error};
+    if (!opened.record)
+        return {nullptr, {}, "out of memory"};
+    std::string problem = directory.path.empty() ? std::string() : directory.problem;
+    if (!problem.empty())
+        problem += "; using " + directory.path;
+    if (opened.opened == TableRecord::Opened::unavailable)
+        problem = "a filter cannot be taken off after Noctra was killed: " +
+                  (directory.path.empty() ? directory.problem : opened.error);
+    std::string chosen = connection.description;
+    return {std::make_unique<RandrDisplays>(std::move(connection), std::move(opened.record), log),
+            std::move(chosen), std::move(problem)};
+}
+
+/// Every kind of display service, best first.
+struct DisplayServiceKind {
+    const char* name;
+    DisplayService (*create)(Log& log);
+};
+constexpr std::array<DisplayServiceKind, 1> displayServiceKinds{{
+    {"X11 RandR", createRandrDisplays},
+}};
+
+} // namespace
+
+DisplayService chooseDisplays(Log& log) {
+    std::string problems;
+    for (const DisplayServiceKind& kind : displayServiceKinds) {
+        DisplayService service = kind.create(log);
+        if (service.displays) {
+            service.chosen = std::string(kind.name) + " (" + service.chosen + ")";
+            return service;
+        }
+        problems += (problems.empty() ? "" : "; ") + service.problem;
+    }
+    return {nullptr, {}, problems};
+}
+
+} // namespace noctra

@@ -1,0 +1,190 @@
+// Puts the program together: with its neighbours here the only place that names concrete adapters.
+
+#include "app/linux/LinuxProgram.h"
+
+#include <cstdio>
+#include <memory>
+
+#include <QtCore/QCoreApplication>
+
+#include "app/AppDelegate.h"
+#include "app/DebugLogger.h"
+#include "app/LibraryLocation.h"
+#include "app/linux/DisplayService.h"
+#include "engine/ColorFilterManager.h"
+#include "foundation/SharedInstance.h"
+#include "platform/linux/DisplayServicesHost.h"
+#include "platform/linux/LinuxDisplayChanges.h"
+#include "platform/linux/LinuxSystem.h"
+#include "platform/linux/LogindSleep.h"
+#include "platform/linux/PosixLibraryLoader.h"
+#include "platform/linux/PosixScratchFiles.h"
+#include "platform/linux/SessionBusUrlChannel.h"
+#include "platform/linux/StandardOutput.h"
+#include "platform/linux/XdgLoginItem.h"
+#include "platform/linux/backlight/SysfsBacklight.h"
+#include "platform/qt/QtApplication.h"
+#include "platform/qt/QtPreferences.h"
+#include "platform/qt/QtRunLoop.h"
+#include "pwmsafe/DisplayServicesBridge.h"
+#include "pwmsafe/PwmSafeManager.h"
+
+namespace noctra {
+
+namespace {
+
+// How long the last lines may take to reach whoever reads them.
+constexpr Seconds outputPatience{0.1};
+// How long displays may take to get their own brightness back at the end. A slow monitor takes
+// three quarters of a second for one reading, and may be in the middle of one.
+constexpr Seconds brightnessPatience{3.0};
+
+/// Reaches the shared log, which is made by the first line that anything logs.
+class SharedLog : public Log {
+public:
+    void log(std::string_view message) override { DebugLogger::shared().log(message); }
+};
+
+/// Where the display-services library is: where it was installed, or beside the program in the
+/// folder that both were built in.
+std::vector<std::string> displayServicesCandidates() {
+    const std::string program = programPath();
+    const std::string folder = program.substr(0, program.rfind('/') + 1);
+    return {folder + displayServicesFromProgram, folder + displayServicesFile};
+}
+
+} // namespace
+
+int failToRun(const std::string& message) {
+    std::fprintf(stderr, "noctra: %s\n", message.c_str());
+    return 1;
+}
+
+int runLinuxProgram(PosixProcess& process, int argc, char** argv,
+                    const std::vector<std::string>& urls,
+                    const std::function<void(const RunningProgram&)>& launched) {
+    QCoreApplication qt(argc, argv);
+    const MonotonicClock steadyClock;
+    QtRunLoop runLoop(steadyClock);
+    MainQueue mainQueue(runLoop, steadyClock);
+
+    SessionBusUrlChannel urlChannel(mainQueue);
+    if (urlChannel.claim() == SessionBusUrlChannel::Claim::anothers) {
+        const std::string problem = urlChannel.handOver(urls);
+        return problem.empty() ? 0 : failToRun("the running Noctra cannot be reached: " + problem);
+    }
+
+    static SharedLog log;
+    const DisplayService service = chooseDisplays(log);
+    if (!service.displays)
+        return failToRun(service.problem);
+    RandrDisplays& displays = *service.displays;
+
+    const SystemWallClock wallClock;
+    const LinuxSystemInfo system(displays);
+    StandardOutput output;
+    process.beforeEnd([&] { output.drain(outputPatience); });
+    SharedInstance<DebugLogger>::provide(
+        [&] { return std::make_unique<DebugLogger>(wallClock, system, output); });
+    urlChannel.setLog(log);
+    log.log("Displays: " + service.chosen);
+    if (!service.problem.empty())
+        log.log("ERROR: " + service.problem);
+
+    QtPreferences preferences(QtPreferences::defaultPath(), mainQueue, log);
+    process.beforeEnd([&] {
+        preferences.flush();
+        output.drain(outputPatience);
+    });
+    LinuxDisplayChanges displayChanges;
+    SysfsBacklight backlight;
+    XdgLoginItem loginItem(programPath(),
+                           [&](const char* name) { return process.environment(name); });
+    DisplayServicesHost displayServicesHost(
+        mainQueue, steadyClock,
+        {.controllabilityChanged =
+             [&] { mainQueue.async([&] { displayChanges.brightnessControlsChanged(); }); },
+         .backlightWritten =
+             [&] {
+                 displays.reassertTables();
+             }});
+    PosixLibraryLoader libraryLoader(displayServicesCandidates(),
+                                     [&](void* library) { displayServicesHost.adopt(library); });
+    SharedInstance<DisplayServicesBridge>::provide(
+        [&] { return std::make_unique<DisplayServicesBridge>(libraryLoader); });
+    SharedInstance<ColorFilterManager>::provide([&] {
+        return std::make_unique<ColorFilterManager>(EngineServices{
+            .log = log,
+            .mainQueue = mainQueue,
+            .displays = displays,
+            .preferences = preferences,
+            .process = process,
+            .displayChanges = &displayChanges,
+            .loginItem = &loginItem,
+            .backlight = &backlight,
+            .onlineDisplays = &displays.online(),
+            .brightnessGetter = [] { return DisplayServicesBridge::shared().getBrightness(); },
+        });
+    });
+    SharedInstance<PwmSafeManager>::provide([&] {
+        return std::make_unique<PwmSafeManager>(PwmSafeServices{
+            .log = log,
+            .mainQueue = mainQueue,
+            .wallClock = wallClock,
+            .preferences = preferences,
+            .onlineDisplays = displays.online(),
+            .displayChanges = displayChanges,
+            .bridge = DisplayServicesBridge::shared(),
+        });
+    });
+
+    QtApplication application;
+    PosixScratchFiles files;
+    AppDelegate delegate({
+        .log = log,
+        .mainQueue = mainQueue,
+        .application = application,
+        .process = process,
+        .urls = urlChannel,
+        .wallClock = wallClock,
+        .files = files,
+        .engine = []() -> ColorFilterManager& { return ColorFilterManager::shared(); },
+        .restoreBrightness =
+            [&] {
+                PwmSafeManager::shared().sealForExit();
+                PwmSafeManager::shared().restoreOnExit();
+                displayServicesHost.finish(brightnessPatience);
+            },
+        .repairTables = [&] { displayServicesHost.hearNews(); },
+    });
+    AnyCancellable serverWatch;
+    const auto hearTheServer = [&] {
+        if (!serverWatch.isActive())
+            return; // it is gone, and that has been said
+        const RandrDisplays::News news = displays.processEvents();
+        if (!news.serverGone.empty()) {
+            serverWatch.cancel();
+            delegate.displayServerLost(news.serverGone);
+            static_cast<void>(failToRun("the X server is gone: " + news.serverGone));
+        } else if (news.configurationChanged) {
+            backlight.lookAgain();
+            displayChanges.configurationChanged(news.changes);
+        }
+    };
+    serverWatch = mainQueue.watch(displays.descriptor(), hearTheServer);
+    displays.onNews([&] { mainQueue.async(hearTheServer); });
+
+    delegate.applicationDidFinishLaunching();
+    const LogindSleep sleep(mainQueue, log, [&] { displayChanges.woke(); });
+    urlChannel.deliver(urls);
+    if (launched)
+        launched({mainQueue, delegate});
+    runLoop.drive(mainQueue);
+    const int status = QCoreApplication::exec();
+    std::fflush(nullptr);
+    // Nothing is torn down: the signal thread may be putting the tables back once more right now.
+    process.endNow(status);
+    return status;
+}
+
+} // namespace noctra

@@ -1,0 +1,69 @@
+#include "platform/linux/DisplayServicesHost.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <dlfcn.h>
+
+namespace noctra {
+
+namespace {
+
+template <typename Function>
+Function* find(void* library, const char* symbol) {
+    return reinterpret_cast<Function*>(::dlsym(library, symbol));
+}
+
+} // namespace
+
+DisplayServicesHost::DisplayServicesHost(MainQueue& mainQueue, const SteadyClock& clock,
+                                         Handlers handlers)
+    : mainQueue_(mainQueue), clock_(clock), handlers_(std::move(handlers)) {}
+
+void DisplayServicesHost::adopt(void* library) {
+    using namespace display_services;
+    auto* descriptor = find<NewsDescriptor>(library, newsDescriptorSymbol);
+    auto* takeNews = find<TakeNews>(library, takeNewsSymbol);
+    auto* finish = find<Finish>(library, finishSymbol);
+    if (descriptor == nullptr || takeNews == nullptr || finish == nullptr)
+        return;
+    {
+        const std::lock_guard lock(mutex_);
+        if (finish_ != nullptr)
+            return;
+        takeNews_ = takeNews;
+        finish_ = finish;
+    }
+    mainQueue_.async([this, news = descriptor()] {
+        if (news >= 0)
+            watch_ = mainQueue_.watch(news, [this] { hearNews(); });
+    });
+}
+
+void DisplayServicesHost::hearNews() const {
+    const std::uint32_t news = [this] {
+        const std::lock_guard lock(mutex_);
+        return takeNews_ != nullptr ? takeNews_() : 0;
+    }();
+    if ((news & display_services::backlightWritten) != 0)
+        handlers_.backlightWritten();
+    if ((news & display_services::controllabilityChanged) != 0)
+        handlers_.controllabilityChanged();
+}
+
+void DisplayServicesHost::finish(Seconds patience) {
+    display_services::Finish* finish = nullptr;
+    Seconds left{0};
+    {
+        const std::lock_guard lock(mutex_);
+        finish = finish_;
+        if (!deadline_)
+            deadline_ = clock_.now() +
+                        std::chrono::duration_cast<SteadyClock::TimePoint::duration>(patience);
+        left = std::max(Seconds(0), Seconds(*deadline_ - clock_.now()));
+    }
+    if (finish != nullptr)
+        static_cast<void>(finish(static_cast<int>(left.count() * 1000.0)));
+}
+
+} // namespace noctra

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <functional>
+#include <mutex>
+#include <optional>
+
+#include "foundation/Clock.h"
+#include "foundation/MainQueue.h"
+#include "platform/linux/displayservices/HostFunctions.h"
+
+namespace noctra {
+
+/// What the program does for its display-services library, once that has been opened: hears its
+/// news, and waits for it at the end.
+class DisplayServicesHost {
+public:
+    struct Handlers {
+        std::function<void()> controllabilityChanged; ///< other displays can be changed than before
+        std::function<void()> backlightWritten;       ///< gamma tables may have gone with it
+    };
+
+    /// The handlers run on the main queue, or on whatever thread calls hearNews. The queue must
+    /// outlive the object, as must `clock`.
+    DisplayServicesHost(MainQueue& mainQueue, const SteadyClock& clock, Handlers handlers);
+    DisplayServicesHost(const DisplayServicesHost&) = delete;
+    DisplayServicesHost& operator=(const DisplayServicesHost&) = delete;
+
+    /// `library` has been opened. A library without the functions for its host is left alone. Any
+    /// thread; the first call counts.
+    void adopt(void* library);
+
+    /// Waits until the library has written what it has been asked for, until `patience` after the
+    /// first call. Any thread.
+    void finish(Seconds patience);
+
+    /// Hears what the main queue has not come to yet. At the end of the process; any thread.
+    void hearNews() const;
+
+private:
+    MainQueue& mainQueue_;
+    const SteadyClock& clock_;
+    const Handlers handlers_;
+    AnyCancellable watch_; // main thread
+
+    mutable std::mutex mutex_;
+    // Guarded by mutex_:
+    display_services::TakeNews* takeNews_ = nullptr;
+    display_services::Finish* finish_ = nullptr;
+    std::optional<SteadyClock::TimePoint> deadline_;
+};
+
+} // namespace noctra

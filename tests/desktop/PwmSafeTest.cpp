@@ -1,0 +1,203 @@
+// The built-in panel's backlight, as the program reads it and holds it at full power in PWM-safe
+// mode: the whole program and its own library on a backlight that stands in for the kernel's.
+
+#include <csignal>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/desktop/support/DesktopFixture.h"
+#include "tests/desktop/support/FakeBacklight.h"
+#include "tests/desktop/support/MockLogind.h"
+
+namespace noctra::desktop {
+
+namespace {
+
+using ::testing::AllOf;
+using ::testing::Contains;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+constexpr int priorLevel = 400; // of 1000
+
+struct PwmSafe : DesktopFixture {
+    FakeBacklight backlight{priorLevel};
+
+    void SetUp() override {
+        if (!FakeBacklight::isPossible())
+            GTEST_SKIP() << "no mount namespace can be made here (root is needed)";
+        DesktopFixture::SetUp();
+        plugs().setBuiltIn(0, true);
+    }
+    void TearDown() override {
+        if (!IsSkipped() && probe().isAlive())
+            plugs().setBuiltIn(0, false);
+    }
+
+    [[nodiscard]] std::unique_ptr<Program> startDriven() {
+        std::unique_ptr<Program> program = desktop().startDriven(backlight.launcher());
+        if (!program->waitForLine(runningLine))
+            throw std::runtime_error("the program did not come up");
+        return program;
+    }
+    /// Starts the program and waits until the mode is on and has been checked.
+    [[nodiscard]] std::unique_ptr<Program> startLocked() {
+        std::unique_ptr<Program> program = startDriven();
+        program->type("pwm on");
+        EXPECT_TRUE(becomes(*program, "state", "pwm=Locked"));
+        EXPECT_EQ(backlight.value(), 1000);
+        return program;
+    }
+    /// Asks until the answer contains `expected`.
+    static ::testing::AssertionResult becomes(Program& program, const std::string& question,
+                                              const std::string& expected) {
+        std::string last;
+        const bool held = pollUntil(patience, [&] {
+            program.type(question);
+            for (const std::string& line : program.outputLines())
+                if (line.starts_with(question))
+                    last = line;
+            return last.find(expected) != std::string::npos;
+        });
+        return held ? ::testing::AssertionSuccess() : ::testing::AssertionFailure() << last;
+    }
+    [[nodiscard]] bool reaches(int value) const {
+        return pollUntil(patience, [&] { return backlight.value() == value; });
+    }
+};
+
+TEST_F(PwmSafe, ReadsTheBacklightAndWarnsInThreeSteps) {
+    const std::unique_ptr<Program> program = startDriven();
+    for (const auto& [value, expected] : {std::pair(1000, "flicker none"),
+                                          {850, "flicker mild"},
+                                          {799, "flicker severe"},
+                                          {800, "flicker mild"}}) {
+        backlight.set(value);
+        EXPECT_TRUE(becomes(*program, "flicker", expected)) << value;
+    }
+    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
+    EXPECT_EQ(backlight.value(), 800) << "never touched";
+}
+
+TEST_F(PwmSafe, GoesThroughItsStatesAndPutsTheBacklightBack) {
+    const std::unique_ptr<Program> program = startDriven();
+    EXPECT_TRUE(becomes(*program, "state", "pwm=Off controllable=1 flicker=severe hardware=0.4"));
+    program->type("pwm on");
+    program->type("state");
+    EXPECT_TRUE(program->waitForLine("PWM-Safe enabled - locked 1 display(s) at 100%"));
+    EXPECT_TRUE(program->waitForLine("state pwm=Locking"));
+    EXPECT_TRUE(becomes(*program, "state", "pwm=Locked controllable=1 flicker=none hardware=1.0"));
+
+    backlight.set(500);
+    EXPECT_TRUE(program->waitForLine("PWM-Safe re-assert: drift detected on display "));
+    EXPECT_TRUE(program->waitForLine(" (0.5)"));
+    EXPECT_TRUE(reaches(1000));
+    EXPECT_TRUE(becomes(*program, "state", "pwm=Locked"));
+
+    program->type("pwm off");
+    EXPECT_TRUE(program->waitForLine("PWM-Safe disabled - restored 1 display(s)"));
+    EXPECT_TRUE(reaches(priorLevel));
+    EXPECT_TRUE(becomes(*program, "state", "pwm=Off"));
+    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
+    EXPECT_EQ(backlight.value(), priorLevel);
+}
+
+TEST_F(PwmSafe, PutsTheBacklightAndTheTablesBackOnEveryWayOut) {
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP, 0}) {
+        const std::unique_ptr<Program> program = startLocked();
+        command(*program, "noctra://on");
+        if (signal == 0)
+            program->type("quit");
+        else
+            program->signal(signal);
+        EXPECT_EQ(program->waitForEnding(), exited(0)) << signal;
+        EXPECT_EQ(backlight.value(), priorLevel) << signal;
+        EXPECT_TRUE(isUntouched()) << signal;
+        EXPECT_THAT(program->messages(),
+                    Contains("PWM-Safe restoreOnExit - restored 1 display(s)"));
+    }
+}
+
+TEST_F(PwmSafe, PutsTheBacklightBackWhereTheXServerHangsOrDies) {
+    for (const std::string what : {"hangs at a signal", "hangs at a quit", "dies"}) {
+        SetUp();
+        const std::unique_ptr<Program> program = startLocked();
+        const bool dies = what == "dies";
+        dies ? server().killAtOnce() : server().pause();
+        if (what == "hangs at a signal")
+            program->signal(SIGTERM);
+        else if (!dies)
+            program->type("quit");
+        EXPECT_EQ(program->waitForEnding(), exited(dies ? 1 : 0)) << what;
+        EXPECT_EQ(backlight.value(), priorLevel) << what;
+        if (!dies)
+            server().resume();
+    }
+}
+
+TEST_F(PwmSafe, RevertsByItselfWhereTheBacklightStaysDark) {
+    backlight.stickAt(priorLevel);
+    const std::unique_ptr<Program> program = startDriven();
+    program->type("pwm on");
+    EXPECT_TRUE(program->waitForLine("PWM-Safe verification FAILED — auto-reverting toggle"));
+    EXPECT_TRUE(becomes(*program, "state", "pwm=Off"));
+    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
+    EXPECT_EQ(backlight.value(), priorLevel);
+    EXPECT_THAT(readFile(desktop().preferencesFile()), HasSubstr("pwmSafeMode=false"));
+}
+
+TEST_F(PwmSafe, KeepsTheFirstLevelThroughQuickSwitching) {
+    const std::unique_ptr<Program> program = startLocked();
+    for (const char* request : {"pwm off", "pwm on", "pwm off", "pwm on"})
+        program->type(request);
+    EXPECT_TRUE(becomes(*program, "state", "pwm=Locked"));
+    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
+    EXPECT_EQ(backlight.value(), priorLevel);
+}
+
+TEST_F(PwmSafe, ComesBackWithTheNextStart) {
+    EXPECT_TRUE(endsCleanly(*startLocked(), SIGTERM));
+    const std::unique_ptr<Program> next = startDriven();
+    EXPECT_EQ(backlight.value(), priorLevel) << "not before the panel is opened";
+    EXPECT_TRUE(becomes(*next, "state", "pwm=Locked"));
+    EXPECT_EQ(backlight.value(), 1000);
+    EXPECT_TRUE(endsCleanly(*next, SIGINT));
+    EXPECT_EQ(backlight.value(), priorLevel);
+}
+
+TEST_F(PwmSafe, AsksLogindToWriteAndHearsOfWaking) {
+    SystemBus bus;
+    bus.start();
+    const MockLogind logind(bus);
+    desktop().setVariable("DBUS_SYSTEM_BUS_ADDRESS", bus.address());
+    const std::unique_ptr<Program> program = startDriven();
+    ASSERT_TRUE(pollUntil(patience, [&] { return bus.hasSleepListener(); }));
+    logind.prepareForSleep(true);
+    logind.prepareForSleep(false);
+    EXPECT_TRUE(program->waitForLine("System woke from sleep"));
+    program->type("pwm on");
+    ASSERT_TRUE(pollUntil(patience, [&] {
+        return !logind.brightnessCalls().empty() && logind.brightnessCalls().back().value == 1000;
+    }));
+    for (const auto& call : logind.brightnessCalls()) {
+        EXPECT_EQ(call.subsystem, "backlight");
+        EXPECT_EQ(call.name, "test_backlight");
+    }
+    EXPECT_EQ(program->countLines("Refreshing displays"), 0U) << "the filter is off";
+    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
+    EXPECT_EQ(logind.brightnessCalls().back().value, static_cast<unsigned>(priorLevel));
+}
+
+TEST_F(PwmSafe, IsNotEvenLoadedWhileNobodyHasUsedIt) {
+    const std::unique_ptr<Program> program = startDriven();
+    backlight.set(850);
+    ASSERT_TRUE(becomes(*program, "flicker", "flicker mild")); // after a poll
+    const std::string maps = readFile("/proc/" + std::to_string(program->id()) + "/maps");
+    EXPECT_THAT(maps, AllOf(HasSubstr("noctra_driven"), Not(HasSubstr("displayservices")),
+                            Not(HasSubstr("ddcutil"))));
+    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
+}
+
+} // namespace
+
+} // namespace noctra::desktop

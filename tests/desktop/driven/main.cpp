@@ -1,0 +1,96 @@
+// The whole program with a remote control: it does what lines on its standard input ask for, on its
+// main thread, as the control panel would.
+//
+//   pwm on | pwm off    switches PWM-safe mode
+//   open                makes the PWM-safe controller, as showing the panel does; prints the state
+//   login on | login off
+//   quit                what the menu item does
+//   state               the same
+//   pending             prints how many timers and pieces of delayed work wait
+//   flicker             prints the warning level, without making the controller
+
+#include <cstdio>
+#include <string>
+#include <unistd.h>
+
+#include "app/AppDelegate.h"
+#include "app/linux/LinuxProgram.h"
+#include "engine/ColorFilterManager.h"
+#include "foundation/Numbers.h"
+#include "pwmsafe/PwmSafeManager.h"
+
+namespace {
+
+using namespace noctra;
+
+const char* nameOf(ColorFilterManager::FlickerWarningLevel level) {
+    using Level = ColorFilterManager::FlickerWarningLevel;
+    return level == Level::severe ? "severe" : level == Level::mild ? "mild" : "none";
+}
+
+const char* stateOf(const PwmSafeManager& manager) {
+    if (!manager.isAvailable)
+        return "Inert";
+    if (!manager.isEnabled)
+        return "Off";
+    return manager.verified ? "Locked" : "Locking";
+}
+
+void printState() {
+    const ColorFilterManager& engine = ColorFilterManager::shared();
+    const PwmSafeManager& manager = PwmSafeManager::shared();
+    std::printf("state pwm=%s controllable=%d flicker=%s hardware=%s login=%d\n", stateOf(manager),
+                manager.hasControllableDisplay ? 1 : 0, nameOf(engine.flickerWarningLevel()),
+                engine.hardwareBrightnessAvailable
+                    ? shortestDecimal(engine.hardwareBrightness.get()).c_str()
+                    : "unknown",
+                engine.startAtLogin ? 1 : 0);
+    std::fflush(stdout);
+}
+
+void obey(const std::string& line, const RunningProgram& program) {
+    if (line == "state" || line == "open")
+        printState();
+    else if (line == "pwm on" || line == "pwm off")
+        PwmSafeManager::shared().isEnabled = line == "pwm on";
+    else if (line == "login on" || line == "login off")
+        ColorFilterManager::shared().startAtLogin = line == "login on";
+    else if (line == "pending")
+        std::printf("pending %zu\n", program.mainQueue.pendingCount());
+    else if (line == "flicker")
+        std::printf("flicker %s\n", nameOf(ColorFilterManager::shared().flickerWarningLevel()));
+    else if (line == "quit")
+        program.delegate.quitApp();
+    else
+        std::fprintf(stderr, "unknown request: %s\n", line.c_str());
+    std::fflush(stdout);
+}
+
+/// Reads what there is and obeys every whole line; false at the end of the input.
+bool readRequests(std::string& unread, const RunningProgram& program) {
+    char bytes[512];
+    const ssize_t count = ::read(STDIN_FILENO, bytes, sizeof bytes);
+    if (count <= 0)
+        return false;
+    unread.append(bytes, static_cast<std::size_t>(count));
+    for (std::size_t end; (end = unread.find('\n')) != std::string::npos;) {
+        const std::string line = unread.substr(0, end);
+        unread.erase(0, end + 1);
+        obey(line, program);
+    }
+    return true;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::string unread;
+    AnyCancellable requests;
+    return runLinuxProgram(PosixProcess::start(), argc, argv, {},
+                           [&](const RunningProgram& program) {
+                               requests = program.mainQueue.watch(STDIN_FILENO, [&, program] {
+                                   if (!readRequests(unread, program))
+                                       requests.cancel();
+                               });
+                           });
+}
