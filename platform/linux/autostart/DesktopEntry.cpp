@@ -54,7 +54,8 @@ void DesktopEntry::set(std::string_view key, std::string_view value) {
     if (!mainGroup()) {
         if (lines_.back().empty())
             lines_.pop_back();
-        lines_.insert(lines_.end(), {std::string(groupName), {}});
+        lines_.emplace_back(groupName);
+        lines_.emplace_back();
     }
     // Before the empty lines that part it from the next group.
     const Group group = *mainGroup();
