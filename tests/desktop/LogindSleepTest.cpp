@@ -70,7 +70,7 @@ protected:
         });
     }
     bool becomesListener() {
-        return turnUntil([this] { return bus_->hasSleepListener(); });
+        return turnUntil([] { return bus_->hasSleepListener(); });
     }
     /// Whether a wake is noticed that comes after all that came before.
     bool noticesWakes(const MockLogind& logind) {
@@ -263,7 +263,7 @@ TEST_F(LogindSleepTest, NothingIsHeardAfterItsEnd) {
     ASSERT_TRUE(noticesWakes(logind));
     logind.prepareForSleep(false);
     sleep_.reset();
-    EXPECT_TRUE(turnUntil([this] { return !bus_->hasSleepListener(); }));
+    EXPECT_TRUE(turnUntil([] { return !bus_->hasSleepListener(); }));
     EXPECT_EQ(wakes_, 1);
 }
 
