@@ -1,149 +1,95 @@
-#include <chrono>
-#include <optional>
-#include <string>
-#include <thread>
-
-#include <QDBusObjectPath>
-#include <QDBusPendingCall>
-#include <QDBusVariant>
-#include <gtest/gtest.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
-
 #include "platform/linux/calibration/ColordProfiles.h"
+
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include <QDBusMetaType>
+#include <QMap>
+
+#include "tests/desktop/support/BusClient.h"
+#include "tests/desktop/support/TemporaryFolder.h"
 #include "tests/platform/linux/calibration/FakeColord.h"
-#include "tests/platform/linux/calibration/PrivateSystemBus.h"
+#include "tests/platform/linux/calibration/VcgtProfiles.h"
 
 namespace noctra::test {
 namespace {
 
 using std::chrono::milliseconds;
-using std::chrono::steady_clock;
+using Clock = std::chrono::steady_clock;
 
-/// Far beyond what any answer needs here: budgets in tests that are not about them.
+/// Far beyond what any answer needs here: for passes whose budget is not the matter.
 constexpr milliseconds ample{10'000};
+constexpr milliseconds budget{200};
 
-std::optional<QVariantList> goodAnswer(const QDBusMessage& call) {
-    return FakeColord::rightAnswer(call, "/profiles");
-}
-
-/// Listens at the bus's address and never says a word.
-class SilentBus {
-public:
-    SilentBus() : socket_(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-        sockaddr_un address{AF_UNIX, {}};
-        const std::string path = PrivateSystemBus::socketPath();
-        ::unlink(path.c_str());
-        path.copy(address.sun_path, sizeof address.sun_path - 1);
-        EXPECT_EQ(::bind(socket_, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-        EXPECT_EQ(::listen(socket_, 8), 0);
-    }
-    SilentBus(const SilentBus&) = delete;
-    SilentBus& operator=(const SilentBus&) = delete;
-    ~SilentBus() {
-        ::close(socket_);
-        ::unlink(PrivateSystemBus::socketPath().c_str());
-    }
-
-private:
-    const int socket_;
-};
-
+/// A pass over one output, on a thread of its own: passes need not share one.
 std::string lookUp(ColordProfiles& profiles, const std::string& output) {
-    profiles.beginPass(ample);
-    return profiles.defaultProfileFile(output);
+    std::string file;
+    std::thread([&] {
+        profiles.beginPass(ample);
+        file = profiles.defaultProfileFile(output);
+    }).join();
+    return file;
 }
 
-/// Has the bus start a service that it can start.
-bool starts(PrivateSystemBus& bus, const std::string& service) {
-    const QString name = QStringLiteral("org.freedesktop.DBus");
-    auto start = QDBusMessage::createMethodCall(name, QStringLiteral("/org/freedesktop/DBus"), name,
-                                                QStringLiteral("StartServiceByName"));
-    start << QString::fromStdString(service) << 0U;
-    const QDBusPendingCall pending = bus.client().asyncCall(start);
-    return waitUntil([&] { return std::filesystem::exists(bus.activationMark(service)); });
-}
+using ColordProfilesTest = ColordTest;
 
-TEST(ColordProfiles, nothingIsFoundAndNothingIsStartedWhereNoColordRuns) {
-    ColordProfiles profiles;
-    EXPECT_EQ(lookUp(profiles, "DP1"), "") << "without a bus";
-
-    PrivateSystemBus bus;
-    EXPECT_EQ(profiles.defaultProfileFile("DP1"), "") << "the bus came during the pass";
-    EXPECT_EQ(lookUp(profiles, "DP1"), "") << "with a bus that could start colord";
-
-    // Starts show, in the order in which they were asked for.
-    const std::string colord = "org.freedesktop.ColorManager";
-    EXPECT_TRUE(starts(bus, PrivateSystemBus::otherService));
-    EXPECT_FALSE(std::filesystem::exists(bus.activationMark(colord)));
-    EXPECT_TRUE(starts(bus, colord));
-}
-
-TEST(ColordProfiles, aBusThatIsStartedAgainIsUsedFromTheNextPassOn) {
+TEST_F(ColordProfilesTest, ABusAndAColordThatComeAreHeardFromTheNextPassOnAndNoneIsStarted) {
+    const desktop::TemporaryFolder services;
+    const std::filesystem::path started = services / "started";
+    desktop::writeFile(services / "colord.service", std::string("[D-BUS Service]\nName=") +
+                                                        colordName + "\nExec=/bin/sh -c \"touch " +
+                                                        started.string() + "; false\"\n");
+    const std::string starts = "<servicedir>" + services.path().string() + "</servicedir>";
     ColordProfiles profiles;
     for (int run = 1; run <= 2; ++run) {
-        {
-            PrivateSystemBus bus;
-            const FakeColord colord(goodAnswer);
-            EXPECT_EQ(lookUp(profiles, "DP1"), "/profiles/DP1.icc") << "run " << run;
-            EXPECT_EQ(profiles.defaultProfileFile("DP2"), "/profiles/DP2.icc");
-        }
+        SCOPED_TRACE(run);
+        EXPECT_EQ(lookUp(profiles, "DP1"), "") << "without a bus";
+        bus_->start(starts);
+        EXPECT_EQ(profiles.defaultProfileFile("DP1"), "") << "the bus came during the pass";
+        EXPECT_EQ(lookUp(profiles, "DP1"), "") << "without colord";
+        const FakeColord colord(*bus_, "/profiles");
+        EXPECT_EQ(lookUp(profiles, "DP1"), "/profiles/DP1.icc");
+        EXPECT_EQ(profiles.defaultProfileFile("DP2"), "/profiles/DP2.icc");
+        bus_->kill();
         EXPECT_EQ(profiles.defaultProfileFile("DP1"), "") << "the bus has gone during the pass";
-        EXPECT_EQ(lookUp(profiles, "DP1"), "") << "the bus has gone before the pass";
     }
+    // A call that has the bus start colord is not answered before the service has run.
+    EXPECT_FALSE(std::filesystem::exists(started));
+    bus_->start(starts);
+    const desktop::BusClient client(bus_->address());
+    EXPECT_THROW(client.call(colordName, "/", colordName, "Any"), std::runtime_error);
+    EXPECT_TRUE(std::filesystem::exists(started));
 }
 
-TEST(ColordProfiles, passesAreMadeOnOneThreadAfterAnother) {
-    PrivateSystemBus bus;
-    const FakeColord colord(goodAnswer);
-    ColordProfiles profiles;
-    for (const char* output : {"DP1", "HDMI1", "eDP1"}) {
-        std::string file;
-        std::thread([&] { file = lookUp(profiles, output); }).join();
-        EXPECT_EQ(file, std::string("/profiles/") + output + ".icc");
-    }
-}
-
-TEST(ColordProfiles, anAnswerThatMakesNoSenseCostsOneDisplayItsProfileOnly) {
-    const auto paths = [](std::initializer_list<const char*> list) {
-        QList<QDBusObjectPath> result;
-        for (const char* path : list)
-            result.append(QDBusObjectPath(QString::fromLatin1(path)));
-        return QVariant::fromValue(result);
-    };
+TEST_F(ColordProfilesTest, AnAnswerThatMakesNoSenseCostsOneDisplayItsProfileOnly) {
     const auto variant = [](const QVariant& value) {
         return QVariantList{QVariant::fromValue(QDBusVariant(value))};
     };
-    const auto good = paths({"/profile/BAD"});
+    const QList<QDBusObjectPath> none, bad{QDBusObjectPath("/profile/BAD")};
     const struct {
         const char* situation;
         const char* member;
         QVariantList answer;
     } cases[] = {
-        {"a text for a device", "FindDeviceByProperty", {QStringLiteral("/device/BAD")}},
         {"no values at all", "FindDeviceByProperty", {}},
         {"no properties", "GetAll", {QVariantMap()}},
-        {"a list for properties", "GetAll", {QStringList{QStringLiteral("Profiles")}}},
-        {"no profile", "GetAll", FakeColord::device(paths({}))},
-        {"texts for profiles", "GetAll", FakeColord::device(QStringList{QStringLiteral("/p/1")})},
-        {"numbers for profiles", "GetAll",
-         FakeColord::device(QVariant::fromValue(QList<int>{7, 8}))},
-        {"a number for profiles", "GetAll", FakeColord::device(7)},
-        {"a device that is switched off", "GetAll", FakeColord::device(good, false)},
+        {"no profile", "GetAll", FakeColord::device(QVariant::fromValue(none))},
+        {"texts for profiles", "GetAll", FakeColord::device(QStringList{"/p/1"})},
+        {"numbers for profiles", "GetAll", FakeColord::device(QVariant::fromValue(QList{7, 8}))},
+        {"a device that is off", "GetAll", FakeColord::device(QVariant::fromValue(bad), false)},
         {"a number for a file", "Get", variant(7)},
-        {"an empty file name", "Get", variant(QString())},
-        {"a relative file name", "Get", variant(QStringLiteral("profiles/BAD.icc"))},
-        {"a text outside a variant", "Get", {QStringLiteral("/profiles/BAD.icc")}},
+        {"a relative file name", "Get", variant("profiles/BAD.icc")},
     };
-    for (const auto& bad : cases) {
-        SCOPED_TRACE(bad.situation);
-        PrivateSystemBus bus;
-        const FakeColord colord([&](const QDBusMessage& call) {
-            const bool isBad = call.path().endsWith(QLatin1String("BAD")) ||
-                               call.arguments().contains(QStringLiteral("BAD"));
-            return isBad && call.member() == QLatin1String(bad.member) ? bad.answer
-                                                                       : goodAnswer(call);
+    bus_->start();
+    for (const auto& wrong : cases) {
+        SCOPED_TRACE(wrong.situation);
+        const FakeColord colord(*bus_, "/profiles", [&](const auto& call, const auto& right) {
+            const bool isBad = call.path().endsWith("BAD") || call.arguments().contains("BAD");
+            return isBad && call.member() == wrong.member ? wrong.answer : right;
         });
         ColordProfiles profiles;
         EXPECT_EQ(lookUp(profiles, "BAD"), "");
@@ -151,70 +97,110 @@ TEST(ColordProfiles, anAnswerThatMakesNoSenseCostsOneDisplayItsProfileOnly) {
     }
 }
 
-TEST(ColordProfiles, aColordThatHangsHoldsAPassUpOnceAndForItsBudgetAtMost) {
-    constexpr milliseconds budget{200};
-    int callsUntilItHangs = 1;
-    for (const char* member : {"FindDeviceByProperty", "GetAll", "Get"}) {
-        SCOPED_TRACE(member);
-        PrivateSystemBus bus;
-        const FakeColord colord([&](const QDBusMessage& call) {
-            return call.member() == QLatin1String(member) ? std::nullopt : goodAnswer(call);
-        });
+TEST_F(ColordProfilesTest, APassIsOverWithItsBudgetWhetherSomebodyHangsOrEveryAnswerComes) {
+    const std::string newBus = "a bus that takes connections and says nothing";
+    const std::string knownBus = "a bus that stops answering";
+    for (const std::string& hanging : std::vector<std::string>{"FindDeviceByProperty", "GetAll",
+                                                               "Get", newBus, knownBus, "nobody"}) {
+        SCOPED_TRACE(hanging);
         ColordProfiles profiles;
-        for (int pass = 1; pass <= 2; ++pass) {
-            const auto start = steady_clock::now();
-            profiles.beginPass(budget);
-            for (int output = 0; output < 16; ++output)
-                EXPECT_EQ(profiles.defaultProfileFile("DP" + std::to_string(output)), "");
-            const auto took = steady_clock::now() - start;
-            EXPECT_GE(took, budget / 2) << "it was not waited for";
-            EXPECT_LT(took, 2 * budget);
-            EXPECT_EQ(colord.callCount(), pass * callsUntilItHangs);
+        bus_->start();
+        {
+            std::atomic<int> unanswered = 0;
+            const FakeColord colord(*bus_, "/profiles", [&](const auto& call, const auto& right) {
+                const bool hangs = call.member() == hanging.c_str();
+                unanswered += hangs;
+                return hangs ? std::nullopt : std::optional(right);
+            });
+            EXPECT_EQ(profiles.defaultProfileFile("DP1"), "") << "before the first pass";
+            if (hanging == knownBus) {
+                EXPECT_EQ(lookUp(profiles, "DP1"), "/profiles/DP1.icc");
+            }
+            if (hanging == knownBus || hanging == newBus)
+                bus_->pause();
+            for (int pass = 1; pass <= 2; ++pass) {
+                const auto start = Clock::now();
+                profiles.beginPass(budget);
+                while (!profiles.defaultProfileFile("DP1").empty() && Clock::now() - start < ample)
+                    EXPECT_EQ(hanging, "nobody");
+                for (int output = 0; output < 16; ++output)
+                    EXPECT_EQ(profiles.defaultProfileFile("DP" + std::to_string(output)), "");
+                const auto took = Clock::now() - start;
+                EXPECT_GE(took, budget / 2) << "it was not waited for";
+                EXPECT_LT(took, 3 * budget);
+                EXPECT_LE(unanswered, pass) << "it was asked again";
+            }
+            bus_->kill();
         }
-        ++callsUntilItHangs;
+        bus_->start();
+        const FakeColord colord(*bus_, "/profiles");
+        lookUp(profiles, "DP1"); // may find that the bus it knew has gone
+        EXPECT_EQ(lookUp(profiles, "DP1"), "/profiles/DP1.icc");
+        profiles.beginPass(milliseconds(-1));
+        EXPECT_EQ(profiles.defaultProfileFile("DP1"), "") << "spent before it began";
     }
 }
 
-TEST(ColordProfiles, aBusThatTakesConnectionsAndSaysNothingHoldsAPassUpForItsBudget) {
-    constexpr milliseconds budget{100};
-    ColordProfiles profiles;
-    {
-        const SilentBus silent;
-        for (int pass = 1; pass <= 2; ++pass) {
-            const auto start = steady_clock::now();
-            profiles.beginPass(budget);
-            for (int output = 0; output < 16; ++output)
-                EXPECT_EQ(profiles.defaultProfileFile("DP" + std::to_string(output)), "");
-            const auto took = steady_clock::now() - start;
-            EXPECT_GE(took, budget / 2) << "it was not waited for";
-            EXPECT_LT(took, 3 * budget);
-        }
-    }
-    PrivateSystemBus bus;
-    const FakeColord colord(goodAnswer);
-    EXPECT_EQ(lookUp(profiles, "DP1"), "/profiles/DP1.icc");
-}
+/// A map of texts, as D-Bus knows it.
+using Properties = QMap<QString, QString>;
 
-TEST(ColordProfiles, aSpentBudgetEndsThePassThoughEveryAnswerComes) {
-    PrivateSystemBus bus;
-    const FakeColord colord(goodAnswer);
-    ColordProfiles profiles;
-    EXPECT_EQ(profiles.defaultProfileFile("DP1"), "") << "before the first pass";
+TEST_F(ColordProfilesTest, TheProfileThatARealColordHasForAnOutputIsFoundAsItChanges) {
+    const desktop::TemporaryFolder folder;
+    // With mounts of its own.
+    const auto start = [&](const char* command) {
+        desktop::ChildProcess::Start start;
+        start.arguments = {"unshare", "--mount", "sh", "-c", command};
+        start.environment = {"PATH=/usr/sbin:/usr/bin:/sbin:/bin", "HOME=" + folder.path().string(),
+                             "DBUS_SYSTEM_BUS_ADDRESS=" + bus_->address()};
+        return std::make_unique<desktop::ChildProcess>(start);
+    };
+    if (start("test -x /usr/libexec/colord")->waitForEnding(desktop::patience) !=
+        desktop::exited(0))
+        GTEST_SKIP() << "colord, kept off the machine's profiles, takes root and a mount at /";
+    bus_->start();
+    auto colord = start("mount -t tmpfs none /var/lib/colord && exec /usr/libexec/colord");
+    const desktop::BusClient client(bus_->address());
+    ASSERT_TRUE(
+        desktop::pollUntil(desktop::patience, [&] { return client.hasService(colordName); }));
 
-    constexpr milliseconds budget{100};
-    const auto start = steady_clock::now();
-    profiles.beginPass(budget);
-    int found = 0;
-    while (!profiles.defaultProfileFile("DP1").empty() && steady_clock::now() - start < ample)
-        ++found;
-    EXPECT_LT(steady_clock::now() - start, 3 * budget);
-    EXPECT_GT(found, 0);
-    const int calls = colord.callCount();
-    EXPECT_EQ(profiles.defaultProfileFile("DP1"), "");
-    EXPECT_EQ(colord.callCount(), calls);
-    EXPECT_EQ(lookUp(profiles, "DP1"), "/profiles/DP1.icc") << "in the next pass";
-    profiles.beginPass(milliseconds(-1));
-    EXPECT_EQ(profiles.defaultProfileFile("DP1"), "") << "spent before it began";
+    qDBusRegisterMetaType<Properties>();
+    const auto create = [&](const char* method, const char* id, const Properties& properties) {
+        const auto answer = client.call(colordName, "/org/freedesktop/ColorManager", colordName,
+                                        method, {id, "normal", QVariant::fromValue(properties)});
+        return answer.at(0).value<QDBusObjectPath>();
+    };
+    const auto device = [&](const char* output) {
+        return create("CreateDevice", output, {{"Kind", "display"}, {"XRANDR_name", output}});
+    };
+    const auto profile = [&](const char* id, const std::string& file) {
+        desktop::writeFile(file, asText(profileWith(Vcgt::table)));
+        return QVariant::fromValue(create("CreateProfile", id, {{"Filename", file.c_str()}}));
+    };
+    const QByteArray panel = device("eDP-1").path().toUtf8();
+    const auto onPanel = [&](const char* method, const QVariantList& arguments) {
+        client.call(colordName, panel, "org.freedesktop.ColorManager.Device", method, arguments);
+    };
+    const std::string first = folder / "first.icc";
+    const std::string second = folder / "second.icc";
+    const QVariant firstProfile = profile("1", first);
+    device("DP-1");
+    onPanel("AddProfile", {"hard", firstProfile});
+    onPanel("AddProfile", {"hard", profile("2", second)});
+
+    ColordProfiles profiles;
+    onPanel("MakeProfileDefault", {firstProfile});
+    EXPECT_EQ(lookUp(profiles, "eDP-1"), first);
+    onPanel("RemoveProfile", {firstProfile});
+    EXPECT_EQ(lookUp(profiles, "eDP-1"), second);
+    EXPECT_EQ(lookUp(profiles, "DP-1"), "") << "a device without a profile";
+    EXPECT_EQ(lookUp(profiles, "HDMI-1"), "") << "no such device";
+    EXPECT_EQ(profiles.defaultProfileFile("eDP-1"), second) << "after an error in the same pass";
+    onPanel("SetEnabled", {false});
+    EXPECT_EQ(lookUp(profiles, "eDP-1"), "") << "switched off";
+    onPanel("SetEnabled", {true});
+    EXPECT_EQ(lookUp(profiles, "eDP-1"), second);
+    colord.reset();
+    EXPECT_EQ(lookUp(profiles, "eDP-1"), "") << "colord has ended";
 }
 
 } // namespace
