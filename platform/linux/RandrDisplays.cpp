@@ -35,11 +35,13 @@ bool isSameCalibration(const NativeTables& a, const NativeTables& b) {
 /// What drivers load by themselves, whatever they take for the end of the scale.
 bool isLinear(const NativeTables& tables) {
     const auto straight = [](const std::vector<std::uint16_t>& levels) {
-        const double step = levels.size() < 2 ? 0.0 : levels.back() / (levels.size() - 1.0);
+        if (levels.size() < 2)
+            return true;
+        const double step = levels.back() / static_cast<double>(levels.size() - 1);
         for (std::size_t i = 0; i < levels.size(); ++i)
             if (std::abs(levels[i] - step * static_cast<double>(i)) > 1.0)
                 return false;
-        return levels.empty() || levels.back() >= 0xFF00;
+        return levels.back() >= 0xFF00;
     };
     return straight(tables.red) && straight(tables.green) && straight(tables.blue);
 }
