@@ -8,6 +8,7 @@
 #include "tests/desktop/support/DesktopFixture.h"
 #include "tests/desktop/support/FakeBacklight.h"
 #include "tests/desktop/support/MockLogind.h"
+#include "tests/desktop/support/MountNamespace.h"
 
 namespace noctra::desktop {
 
@@ -24,7 +25,7 @@ struct PwmSafe : DesktopFixture {
     FakeBacklight backlight{priorLevel};
 
     void SetUp() override {
-        if (!FakeBacklight::isPossible())
+        if (!canPutFoldersElsewhere())
             GTEST_SKIP() << "no mount namespace can be made here (root is needed)";
         DesktopFixture::SetUp();
         plugs().setBuiltIn(0, true);

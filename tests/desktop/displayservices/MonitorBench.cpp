@@ -54,7 +54,7 @@ Driver::Surroundings MonitorBench::surroundings() const {
              {test::standInVariable, folder_ / "monitors"},
              {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + (folder_ / "no-bus").string()},
              {"XDG_STATE_HOME", folder_ / "state"}},
-            with(folder_ / "dev", "/dev")};
+            withFolderAt(folder_ / "dev", "/dev")};
 }
 
 DisplayId MonitorBench::display(int number) const {

@@ -14,7 +14,7 @@ namespace noctra::desktop {
 /// the five functions takes long.
 struct MonitorsFixture : testing::Test {
     void SetUp() override {
-        if (!canShowOtherFolders())
+        if (!canPutFoldersElsewhere())
             GTEST_SKIP() << "no mount namespace can be made here (root is needed)";
         bench = std::make_unique<MonitorBench>(2);
         first = bench->display(0);

@@ -22,7 +22,7 @@ constexpr int prior = 400;
 
 struct Panel : testing::Test {
     void SetUp() override {
-        if (!canShowOtherFolders())
+        if (!canPutFoldersElsewhere())
             GTEST_SKIP() << "no mount namespace can be made here (root is needed)";
         plugs.plugOnly(1);
         plugs.setBuiltIn(0, true);
@@ -139,7 +139,7 @@ TEST_F(Panel, IsPutBackInTheTimeThatThereIsWhereTheBusHangsAtTheEnd) {
 TEST_F(Panel, CannotBeChangedWithoutABacklightOrWhereNothingWritesIt) {
     canNever = true;
     std::filesystem::create_directories(folder / "none");
-    start(with(folder / "none", "/sys/class"));
+    start(withFolderAt(folder / "none", "/sys/class"));
     EXPECT_FALSE(driver->canChange(panel));
     EXPECT_FALSE(driver->set(panel, 1));
     EXPECT_EQ(driver->get(panel), std::nullopt);
@@ -150,7 +150,7 @@ TEST_F(Panel, CannotBeChangedWithoutABacklightOrWhereNothingWritesIt) {
     writeFile(device / "type", "raw\n");
     writeFile(device / "max_brightness", "1000\n");
     writeFile(device / "actual_brightness", "400\n");
-    start(with(folder / "locked", "/sys/class"));
+    start(withFolderAt(folder / "locked", "/sys/class"));
     EXPECT_TRUE(driver->canChange(panel));
     EXPECT_TRUE(driver->set(panel, 1));
     EXPECT_TRUE(pollUntil(patience, [&] { return !driver->canChange(panel); }));

@@ -16,7 +16,7 @@ using namespace std::chrono_literals;
 
 struct RealDdcutil : testing::Test {
     void SetUp() override {
-        if (!canShowOtherFolders())
+        if (!canPutFoldersElsewhere())
             GTEST_SKIP() << "no mount namespace can be made here (root is needed)";
         OutputPlugs(sharedServer().display()).plugOnly(1);
         setEdid(sharedServer(), 0, 1);
@@ -27,7 +27,7 @@ struct RealDdcutil : testing::Test {
             std::make_unique<Driver>(Driver::Surroundings{{{"DISPLAY", sharedServer().display()},
                                                            {"HOME", folder.path()},
                                                            {"XDG_STATE_HOME", folder.path()}},
-                                                          with(folder.path(), "/dev")});
+                                                          withFolderAt(folder.path(), "/dev")});
     }
     TemporaryFolder folder;
     DisplayId display = outputIds(sharedServer()).front();

@@ -1,9 +1,5 @@
 #include "tests/desktop/displayservices/Surroundings.h"
 
-#include <array>
-
-#include "tests/desktop/support/ChildProcess.h"
-#include "tests/desktop/support/TemporaryFolder.h"
 #include "tests/desktop/support/XConnection.h"
 
 namespace noctra::desktop {
@@ -55,24 +51,6 @@ void setEdid(const XServer& server, int output, std::optional<std::uint8_t> mark
                    static_cast<std::uint32_t>(edid.size()), edid.data())
              : xcb_randr_delete_output_property_checked(connection.get(), id, property),
         "EDID");
-}
-
-std::vector<std::string> with(const std::filesystem::path& folder, const std::string& where) {
-    return {"/usr/bin/unshare",
-            "-m",
-            "/bin/sh",
-            "-c",
-            "PATH=/usr/sbin:/usr/bin:/sbin:/bin; mount --bind '" + folder.string() + "' " + where +
-                " && exec \"$@\"",
-            "sh"};
-}
-
-bool canShowOtherFolders() {
-    const TemporaryFolder folder;
-    ChildProcess::Start start;
-    start.arguments = with(folder.path(), "/dev");
-    start.arguments.emplace_back("/bin/true");
-    return ChildProcess(start).waitForEnding(patience) == exited(0);
 }
 
 } // namespace noctra::desktop

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <filesystem>
+#include <array>
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "platform/GammaTables.h"
+#include "tests/desktop/support/MountNamespace.h"
 #include "tests/desktop/support/XServer.h"
 
 namespace noctra::desktop {
@@ -19,11 +19,5 @@ namespace noctra::desktop {
 void setEdid(const XServer& server, int output, std::optional<std::uint8_t> mark);
 /// The EDID with that mark.
 [[nodiscard]] std::array<std::uint8_t, 128> edidWith(std::uint8_t mark);
-
-/// Runs the command that is put behind it where `folder` stands in the place of `where`.
-[[nodiscard]] std::vector<std::string> with(const std::filesystem::path& folder,
-                                            const std::string& where);
-/// Whether this machine lets us do that.
-[[nodiscard]] bool canShowOtherFolders();
 
 } // namespace noctra::desktop

@@ -2,26 +2,9 @@
 
 #include <filesystem>
 
-#include "tests/desktop/support/ChildProcess.h"
+#include "tests/desktop/support/MountNamespace.h"
 
 namespace noctra::desktop {
-
-namespace {
-
-/// A command that runs a shell script in a mount namespace of its own. Also where / is no mount
-/// point, as in a chroot.
-std::vector<std::string> inNamespace(const std::string& script) {
-    return {"/usr/bin/unshare",
-            "-m",
-            "--propagation",
-            "unchanged",
-            "/bin/sh",
-            "-c",
-            "mount --make-rprivate /sys && " + script,
-            "sh"};
-}
-
-} // namespace
 
 FakeBacklight::FakeBacklight(int value) {
     std::filesystem::create_directories(folder_ / "backlight/test_backlight");
@@ -46,14 +29,7 @@ void FakeBacklight::stickAt(int value) const {
 }
 
 std::vector<std::string> FakeBacklight::launcher() const {
-    return inNamespace("mount --bind '" + folder_.path().string() + "' /sys/class && exec \"$@\"");
-}
-
-bool FakeBacklight::isPossible() {
-    ChildProcess::Start start;
-    start.arguments = inNamespace("mount -t tmpfs none /sys/class");
-    start.environment = {"PATH=/usr/sbin:/usr/bin:/sbin:/bin"};
-    return ChildProcess(start).waitForEnding(patience) == exited(0);
+    return withFolderAt(folder_.path(), "/sys/class");
 }
 
 std::string FakeBacklight::file(const char* name) const {

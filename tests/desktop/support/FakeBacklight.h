@@ -20,8 +20,6 @@ public:
 
     /// Runs the command that is put behind it where this folder is /sys/class.
     [[nodiscard]] std::vector<std::string> launcher() const;
-    /// Whether this machine lets us make mount namespaces.
-    static bool isPossible();
 
 private:
     [[nodiscard]] std::string file(const char* name) const;
