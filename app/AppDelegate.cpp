@@ -57,7 +57,7 @@ void AppDelegate::answerSignal(TerminationSignal signal) {
         // The end of the session is a normal termination, if the main thread gets to it.
         services_.application.terminate(0);
         services_.process.holdSignalThread(hangUpPatience);
-        services_.log.log(terminatingLine);
+        sayThatItTerminates();
     } else {
         services_.log.log(signal == TerminationSignal::interrupt
                               ? "SIGINT received - restoring gamma"
@@ -69,9 +69,15 @@ void AppDelegate::answerSignal(TerminationSignal signal) {
 
 void AppDelegate::applicationWillTerminate() {
     endWhateverHangs(0); // unless an earlier deadline has its own status
-    services_.log.log(terminatingLine);
+    sayThatItTerminates();
     restoreDisplays();
     services_.urls.removeHandlers();
+}
+
+/// Once, though after a hang-up two threads may come to it.
+void AppDelegate::sayThatItTerminates() {
+    if (!saidThatItTerminates_.exchange(true))
+        services_.log.log(terminatingLine);
 }
 
 void AppDelegate::quitApp() {

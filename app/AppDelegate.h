@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <string>
@@ -66,11 +67,13 @@ private:
     void answerSignal(TerminationSignal signal);
     void restoreDisplays();
     void endWhateverHangs(int status);
+    void sayThatItTerminates();
     void runAutomationCommand(AutomationCommand command);
     ColorFilterManager& engine() { return services_.engine(); }
 
     const AppServices services_;
     std::unique_ptr<MenuBarIconSelfTest> selfTest_;
+    std::atomic<bool> saidThatItTerminates_ = false;
 };
 
 } // namespace noctra

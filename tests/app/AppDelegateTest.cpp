@@ -63,6 +63,19 @@ struct AppDelegateTest : testing::Test {
         desktop.displays.forgetCalls();
     }
 
+    void hangUp(bool mainThreadIsBusy) {
+        launchDimmed();
+        desktop.process.whileHeld = [this, mainThreadIsBusy] {
+            EXPECT_EQ(desktop.application.terminatedWith, 0);
+            if (!mainThreadIsBusy)
+                desktop.application.willTerminate();
+        };
+        ASSERT_TRUE(desktop.process.deliver(TerminationSignal::hangUp));
+        EXPECT_EQ(desktop.process.endedWith, 0);
+        EXPECT_EQ(desktop.log.count("App terminating - restoring gamma"), 1U);
+        expectRestoredForGood();
+    }
+
     void expectRestoredForGood() {
         EXPECT_EQ(desktop.displays.tablesOf(1), SimulatedDisplays::linearTables());
         engine->brightness = 0.2;
@@ -115,21 +128,14 @@ TEST_F(AppDelegateTest, PutsEverythingBackOnceAndEndsAtASignal) {
     }
 }
 
-TEST_F(AppDelegateTest, TerminatesNormallyAtAHangUpAndRestoresByItselfIfTheMainThreadDoesNot) {
-    for (const bool mainThreadIsBusy : {false, true}) {
-        engine.reset();
-        launchDimmed();
-        desktop.process.whileHeld = [&] {
-            EXPECT_EQ(desktop.application.terminatedWith, 0);
-            if (!mainThreadIsBusy)
-                desktop.application.willTerminate();
-        };
-        ASSERT_TRUE(desktop.process.deliver(TerminationSignal::hangUp));
-        EXPECT_EQ(desktop.process.endedWith, 0);
-        EXPECT_EQ(desktop.urls.handlers.has_value(), mainThreadIsBusy);
-        EXPECT_EQ(desktop.log.messages.front(), "App terminating - restoring gamma");
-        expectRestoredForGood();
-    }
+TEST_F(AppDelegateTest, TerminatesNormallyAtAHangUp) {
+    hangUp(false);
+    EXPECT_FALSE(desktop.urls.handlers);
+}
+
+TEST_F(AppDelegateTest, RestoresByItselfAtAHangUpIfTheMainThreadDoesNot) {
+    hangUp(true);
+    EXPECT_TRUE(desktop.urls.handlers);
 }
 
 TEST_F(AppDelegateTest, PutsEverythingBackTwiceOnAQuit) {
