@@ -1,12 +1,5 @@
 #include "tests/desktop/support/SessionBus.h"
 
-#include <array>
-#include <fcntl.h>
-#include <stdexcept>
-#include <unistd.h>
-
-#include "tests/desktop/support/LineReader.h"
-
 namespace noctra::desktop {
 
 namespace {
@@ -24,25 +17,7 @@ std::string configuration(const std::string& socket) {
 
 } // namespace
 
-SessionBus::SessionBus() {
-    const std::string file = folder_ / "bus.conf";
-    writeFile(file, configuration(folder_ / "bus"));
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0)
-        throw std::runtime_error("no pipe can be made");
-    ChildProcess::Start start;
-    start.arguments = {"dbus-daemon",           "--nofork",
-                       "--nopidfile",           "--nosyslog",
-                       "--config-file=" + file, "--print-address=" + std::to_string(ends[1])};
-    start.environment = {"PATH=/usr/bin:/bin"};
-    start.kept = ends[1];
-    process_ = std::make_unique<ChildProcess>(start);
-    close(ends[1]);
-    const LineReader reader(ends[0]);
-    reader.waitUntil(patience, [](const auto& lines) { return !lines.empty(); });
-    if (reader.lines().empty())
-        throw std::runtime_error("the session bus did not come up");
-    address_ = reader.lines().front();
-}
+SessionBus::SessionBus()
+    : bus_(startMessageBus(folder_ / "bus.conf", configuration(folder_ / "bus"))) {}
 
 } // namespace noctra::desktop

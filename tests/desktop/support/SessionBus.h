@@ -1,9 +1,8 @@
 #pragma once
 
-#include <memory>
 #include <string>
 
-#include "tests/desktop/support/ChildProcess.h"
+#include "tests/desktop/support/MessageBus.h"
 #include "tests/desktop/support/TemporaryFolder.h"
 
 namespace noctra::desktop {
@@ -15,12 +14,11 @@ public:
     SessionBus();
 
     /// As in the DBUS_SESSION_BUS_ADDRESS variable.
-    [[nodiscard]] const std::string& address() const { return address_; }
+    [[nodiscard]] const std::string& address() const { return bus_.address; }
 
 private:
     TemporaryFolder folder_;
-    std::unique_ptr<ChildProcess> process_;
-    std::string address_;
+    MessageBus bus_;
 };
 
 } // namespace noctra::desktop

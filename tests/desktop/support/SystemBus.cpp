@@ -4,13 +4,9 @@
 #include <QtCore/QStringList>
 #include <QtDBus/QDBusArgument>
 #include <algorithm>
-#include <array>
-#include <fcntl.h>
-#include <stdexcept>
-#include <unistd.h>
 
 #include "tests/desktop/support/BusClient.h"
-#include "tests/desktop/support/LineReader.h"
+#include "tests/desktop/support/MessageBus.h"
 
 namespace noctra::desktop {
 
@@ -37,22 +33,7 @@ std::string SystemBus::address() const {
 void SystemBus::start(const std::string& rules) {
     kill();
     std::filesystem::remove(folder_ / "system-bus");
-    const std::string file = folder_ / "bus.conf";
-    writeFile(file, configuration(address(), rules));
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0)
-        throw std::runtime_error("no pipe can be made");
-    ChildProcess::Start start;
-    start.arguments = {"dbus-daemon",           "--nofork",
-                       "--nopidfile",           "--nosyslog",
-                       "--config-file=" + file, "--print-address=" + std::to_string(ends[1])};
-    start.environment = {"PATH=/usr/bin:/bin"};
-    start.kept = ends[1];
-    process_ = std::make_unique<ChildProcess>(start);
-    close(ends[1]);
-    const LineReader reader(ends[0]);
-    if (!reader.waitUntil(patience, [](const auto& lines) { return !lines.empty(); }))
-        throw std::runtime_error("the system bus did not come up");
+    process_ = startMessageBus(folder_ / "bus.conf", configuration(address(), rules)).process;
 }
 
 void SystemBus::kill() {
