@@ -83,7 +83,6 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
     const SystemWallClock wallClock;
     const LinuxSystemInfo system(displays);
     StandardOutput output;
-    process.beforeEnd([&] { output.drain(outputPatience); });
     SharedInstance<DebugLogger>::provide(
         [&] { return std::make_unique<DebugLogger>(wallClock, system, output); });
     urlChannel.setLog(log);

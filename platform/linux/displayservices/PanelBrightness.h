@@ -13,7 +13,6 @@ class PanelBrightness {
 public:
     /// A backlight with this highest value is there; 0: none. Forgets failures.
     void setMaximum(unsigned int maximum);
-    [[nodiscard]] unsigned int maximum() const { return maximum_; }
 
     /// `brightness` from 0.0 to 1.0; `smoothly` in small steps. Replaces what was asked for before.
     void request(float brightness, bool smoothly);
