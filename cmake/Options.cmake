@@ -23,3 +23,4 @@ if(NOCTRA_SANITIZE)
     target_link_options(noctra_options INTERFACE -fsanitize=${NOCTRA_SANITIZE})
 endif()
 set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON) # the panel's library shares code with the program

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtGui/QColor>
+#include <QtGui/QImage>
+
+namespace noctra {
+
+// Icons that are drawn in PDF files. Main thread.
+
+/// Draws the first page of the file at `path`, as large as it fits into a square of `points`
+/// (device-independent pixels) and in its middle, on a transparent ground. The image has
+/// round(points * devicePixelRatio) pixels to a side, and that ratio. Null where the file cannot be
+/// read or is no PDF document, or where not one pixel would be left.
+///
+/// Each time that Qt 6.4 cannot read a file it loses about 1.4 kB: do not retry without end.
+QImage drawPdfIcon(const QString& path, double points, double devicePixelRatio);
+
+/// `icon` as a template: its coverage kept, its colours replaced by `color`, whose opacity counts
+/// too.
+QImage tinted(const QImage& icon, const QColor& color);
+
+} // namespace noctra
