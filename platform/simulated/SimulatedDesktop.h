@@ -8,6 +8,7 @@
 #include "foundation/Log.h"
 #include "platform/simulated/SimulatedDisplayServices.h"
 #include "platform/simulated/SimulatedDisplays.h"
+#include "platform/simulated/SimulatedPanelServices.h"
 #include "platform/simulated/SimulatedPreferences.h"
 #include "platform/simulated/SimulatedProcess.h"
 #include "platform/simulated/SimulatedServices.h"
@@ -47,6 +48,10 @@ struct SimulatedDesktop {
     SimulatedOnlineDisplays online;
     SimulatedDisplayServices displayServices;
     SimulatedDisplayChanges displayChanges;
+    SimulatedClipboard clipboard;
+    SimulatedCursorStack cursor;
+    SimulatedNumberFormat numbers;
+    SimulatedMotionPreference motion;
 
     void advance(Seconds time) { runLoop.advance(mainQueue, time); }
     void settle() { SimulatedRunLoop::settle(mainQueue); }

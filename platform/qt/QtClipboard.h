@@ -1,0 +1,15 @@
+#pragma once
+
+#include "platform/Clipboard.h"
+
+namespace noctra {
+
+/// The clipboard of the desktop that the QGuiApplication is connected to. What is put there lasts
+/// as long as the program, or as the desktop's clipboard manager keeps it.
+class QtClipboard : public Clipboard {
+public:
+    void clearContents() override;
+    void setString(const std::string& text) override;
+};
+
+} // namespace noctra
