@@ -67,6 +67,10 @@ public:
     /// The last check found every recorded display at full brightness.
     const Published<bool>& verified = verified_;
 
+    /// Looks anew which displays can be changed, as it is worth doing when the user is about to see
+    /// it: monitors answer late, and their last answer may be old.
+    void refreshControllableDisplays();
+
     /// Puts the recorded brightness of every display back, and automatic brightness where it was
     /// switched off. May be called again. Any thread.
     void restoreOnExit();
@@ -98,7 +102,6 @@ private:
     void setupObservers();
     void displaysChanged();
     void brightnessControlsChanged();
-    void refreshControllableDisplays();
     [[nodiscard]] std::vector<DisplayId> onlineDisplayIDs() const;
     [[nodiscard]] std::vector<DisplayId> controllableDisplayIDs() const;
     [[nodiscard]] display_services::SetBrightness* activeSetter() const;
