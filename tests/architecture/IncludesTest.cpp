@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 const fs::path root = NOCTRA_SOURCE_DIR;
 
-/// What each layer may include of the others. An adapter's folder is a layer of its own.
+/// What each layer may include of the others. A folder that knows a toolkit is a layer of its own.
 const std::map<std::string, std::set<std::string>> allowed{
     {"foundation", {"foundation"}},
     {"platform", {"platform", "foundation"}},
@@ -28,6 +28,8 @@ const std::map<std::string, std::set<std::string>> allowed{
     {"engine", {"engine", "platform", "foundation"}},
     {"pwmsafe", {"pwmsafe", "engine", "platform", "foundation"}},
     {"panel", {"panel", "pwmsafe", "engine", "platform", "foundation"}},
+    {"panel/quick",
+     {"panel/quick", "panel", "pwmsafe", "engine", "platform", "platform/qt", "foundation"}},
     {"app", {"app", "panel", "pwmsafe", "engine", "platform", "foundation"}},
 };
 const std::set<std::string> standardLibraryOnly{
@@ -39,7 +41,8 @@ bool composes(const fs::path& file) {
 
 std::string layerOf(const fs::path& relative) {
     const std::string first = relative.begin()->string();
-    if (first != "platform" || std::distance(relative.begin(), relative.end()) < 3)
+    if ((first != "platform" && first != "panel") ||
+        std::distance(relative.begin(), relative.end()) < 3)
         return first;
     return first + "/" + std::next(relative.begin())->string();
 }

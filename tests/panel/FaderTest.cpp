@@ -1,0 +1,274 @@
+#include <memory>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "AllocationCount.h"
+#include "panel/FaderKeys.h"
+#include "panel/StudioFader.h"
+#include "platform/simulated/SimulatedDesktop.h"
+
+namespace noctra {
+
+void PrintTo(const Rect& rect, std::ostream* out) {
+    *out << "(" << rect.x << ", " << rect.y << ", " << rect.width << ", " << rect.height << ")";
+}
+
+namespace {
+
+constexpr Color accent{1.0, 0.5, 0.0};
+
+struct FaderTest : testing::Test {
+    SimulatedDesktop desktop;
+    double bound = 0.5;
+    std::string heard; // what reached the panel, in order
+
+    StudioFader element{.value = {[this] { return bound; },
+                                  [this](double x) {
+                                      bound = x;
+                                      hear(x);
+                                  }},
+                        .color = accent,
+                        .onDragStateChanged = [this](bool dragging) {
+                            heard += dragging ? "down " : "up ";
+                        }};
+    NativeSliderView slider = element.body(141.0, 200.0).slider;
+    std::unique_ptr<FaderNSView> fader;
+
+    FaderTest() { make(); }
+
+    void make() {
+        slider = element.body(141.0, 200.0).slider;
+        fader = slider.makeNSView(desktop.mainQueue, desktop.steady);
+        fader->setSize(141.0, 200.0);
+        fader->layout();
+    }
+    void hear(double x) {
+        std::ostringstream number;
+        number << x << " ";
+        heard += number.str();
+    }
+    std::string takeHeard() {
+        desktop.settle();
+        return std::exchange(heard, {});
+    }
+    Rect capShown() { return fader->capLayer->presentationFrame(desktop.steady.now()); }
+    void press(double y) { fader->mouseDown({y}); }
+    void dragTo(double y) { fader->mouseDragged({y}); }
+};
+
+} // namespace
+
+TEST_F(FaderTest, LaysItsLayersOut) {
+    EXPECT_EQ(fader->trackHeight, 160.0);
+    EXPECT_EQ(fader->trackLayer->frame(), (Rect{63.5, 15, 14, 170}));
+    EXPECT_EQ(fader->trackInnerLayer->frame(), (Rect{66.5, 20, 8, 160}));
+    EXPECT_EQ(fader->fillLayer->frame(), (Rect{66.5, 20, 8, 80}));
+    EXPECT_EQ(fader->capLayer->frame(), (Rect{44.5, 92, 52, 28}));
+    EXPECT_EQ(fader->gripLayer->frame(), (Rect{14, 12.5, 24, 3}));
+    ASSERT_EQ(fader->tickLayers.size(), 22U);
+    EXPECT_EQ(fader->tickLayers[0]->frame(), (Rect{8, 179, 20, 2})) << "value 1";
+    EXPECT_EQ(fader->tickLayers[1]->frame(), (Rect{113, 179, 20, 2}));
+    EXPECT_EQ(fader->tickLayers[2]->frame(), (Rect{8, 163.5, 10, 1}));
+    EXPECT_EQ(fader->tickLayers[3]->frame(), (Rect{123, 163.5, 10, 1}));
+    EXPECT_EQ(fader->tickLayers[20]->frame(), (Rect{8, 19, 20, 2})) << "value 0";
+    EXPECT_EQ(fader->layer()->bounds(), (Rect{0, 0, 141, 200}));
+}
+
+TEST_F(FaderTest, StacksItsLayersFromTheSlotToTheCap) {
+    std::vector<const Layer*> wanted{fader->trackLayer.get(), fader->trackInnerLayer.get()};
+    for (const auto& tick : fader->tickLayers)
+        wanted.push_back(tick.get());
+    wanted.push_back(fader->fillLayer.get());
+    wanted.push_back(fader->capLayer.get());
+    std::vector<const Layer*> stack;
+    for (const auto& layer : fader->layer()->sublayers())
+        stack.push_back(layer.get());
+    EXPECT_EQ(stack, wanted);
+    EXPECT_EQ(fader->tickLayers[10]->looks().backgroundColor, colors::white.withAlpha(0.4));
+    EXPECT_EQ(fader->tickLayers[13]->looks().backgroundColor, colors::white.withAlpha(0.15));
+}
+
+TEST_F(FaderTest, SizesTheCapsGradientAtTheFirstColoursAfterTheFirstLayout) {
+    const auto& inCap = fader->capLayer->sublayers();
+    ASSERT_EQ(inCap.size(), 2U);
+    EXPECT_EQ(inCap[0]->frame(), Rect{}) << "made before the layout";
+    slider.updateNSView(*fader);
+    slider.updateNSView(*fader);
+    ASSERT_EQ(inCap.size(), 2U);
+    EXPECT_EQ(inCap[0]->frame(), (Rect{0, 0, 52, 28}));
+    EXPECT_EQ(inCap[0]->looks().gradient->locations, (std::vector{0.0, 0.3, 0.7, 1.0}));
+    EXPECT_EQ(inCap[1], fader->gripLayer);
+}
+
+TEST_F(FaderTest, ShowsByItsColoursWhetherItIsEnabledAndMovesAllTheSame) {
+    for (const bool enabled : {true, false}) {
+        slider.isEnabled = enabled;
+        slider.updateNSView(*fader);
+        EXPECT_EQ(fader->fillLayer->looks().backgroundColor,
+                  enabled ? accent.withAlpha(0.8) : colors::white.withAlpha(0.1));
+        EXPECT_EQ(fader->gripLayer->looks().backgroundColor, accent.withAlpha(enabled ? 0.9 : 0.3));
+    }
+    press(0);
+    dragTo(16);
+    EXPECT_DOUBLE_EQ(fader->currentValue, 0.6);
+}
+
+TEST_F(FaderTest, ReportsAClickAsADragWithoutMovement) {
+    press(700);
+    fader->mouseUp();
+    EXPECT_EQ(heard, "") << "never from inside the mouse handler";
+    EXPECT_EQ(takeHeard(), "down 0.5 up 0.5 ");
+}
+
+TEST_F(FaderTest, FollowsThePointerFromWhereTheDragBeganAndStopsAtTheEnds) {
+    element.minimumValue = 0.1;
+    make();
+    press(1000);
+    for (const auto& [y, value] : std::vector<std::pair<double, double>>{
+             {1016, 0.6}, {5000, 1.0}, {1040, 0.75}, {-5000, 0.1}, {984, 0.4}}) {
+        dragTo(y);
+        EXPECT_DOUBLE_EQ(fader->currentValue, value) << y;
+        EXPECT_DOUBLE_EQ(capShown().y, 160 * value + 12) << "at once";
+    }
+    fader->mouseUp();
+    EXPECT_EQ(takeHeard(), "down 0.5 0.6 1 0.75 0.1 0.4 up 0.4 ");
+}
+
+TEST_F(FaderTest, WritesEachStepOnALaterTurnOfTheMainQueueAndInOrder) {
+    press(0);
+    dragTo(16);
+    desktop.mainQueue.runDue();
+    EXPECT_EQ(heard, "down 0.5 0.6 ");
+    dragTo(32);
+    fader->cancelDrag(); // the pointer was taken away
+    fader->cancelDrag();
+    EXPECT_EQ(takeHeard(), "down 0.5 0.6 0.7 up 0.7 ");
+    EXPECT_FALSE(fader->isDragging);
+}
+
+TEST_F(FaderTest, ReportsADragEvenWhereThereIsNoWindow) {
+    fader->mouseDown({});
+    fader->mouseDragged({});
+    fader->mouseUp();
+    EXPECT_EQ(takeHeard(), "down up 0.5 ");
+}
+
+TEST_F(FaderTest, DeliversWhatIsPendingWhenItGoes) {
+    press(0);
+    dragTo(16);
+    fader.reset();
+    EXPECT_EQ(takeHeard(), "down 0.5 0.6 ");
+}
+
+TEST_F(FaderTest, MayGoWhileItsReportsAreDelivered) {
+    element.onDragStateChanged = [this](bool dragging) {
+        heard += dragging ? "down " : "up ";
+        if (dragging) {
+            fader->mouseUp();
+            fader.reset();
+        }
+    };
+    make();
+    press(0);
+    EXPECT_EQ(takeHeard(), "down 0.5 up 0.5 ");
+}
+
+TEST_F(FaderTest, AllocatesNothingInAStepOfADrag) {
+    press(0);
+    desktop.settle();
+    element.value.set(0.5);
+    double y = 0.0;
+    for (int round = 0; round < 3; ++round) {
+        heard.clear(); // keeps its room
+        const auto before = allocationCount();
+        for (int step = 0; step < 60; ++step)
+            dragTo(y += 1.0);
+        if (round > 0) { // the main queue's list has its room now
+            EXPECT_EQ(allocationCount() - before, 0U);
+        }
+        desktop.settle();
+    }
+}
+
+TEST_F(FaderTest, ShowsTheBindingWithinTheBoundsAndWritesNothing) {
+    struct Case {
+        double bound, minimum, shown;
+    };
+    for (const auto& [value, minimum, shown] :
+         std::vector<Case>{{0.05, 0.1, 0.1}, {1.5, 0.1, 1.0}, {0.5, 1.2, 1.0}, {0.3, 0.0, 0.3}}) {
+        bound = value;
+        element.minimumValue = minimum;
+        make();
+        EXPECT_EQ(fader->currentValue, shown);
+        fader->currentValue = 0.9;
+        slider.updateNSView(*fader);
+        EXPECT_EQ(fader->currentValue, shown);
+        EXPECT_EQ(fader->minimumValue, minimum);
+    }
+    EXPECT_EQ(takeHeard(), "");
+}
+
+TEST_F(FaderTest, IgnoresTheBindingWhileTheUserDrags) {
+    press(0);
+    bound = 0.9;
+    slider.accentColor = colors::white;
+    slider.updateNSView(*fader);
+    EXPECT_EQ(fader->currentValue, 0.5);
+    EXPECT_EQ(fader->gripLayer->looks().backgroundColor, colors::white.withAlpha(0.9));
+}
+
+TEST_F(FaderTest, GlidesToChangesFromOutsideThatAreGreaterThanAHundredth) {
+    bound = 0.0;
+    slider.updateNSView(*fader);
+    desktop.advance(Seconds(0.2));
+    bound = 0.01;
+    slider.updateNSView(*fader);
+    EXPECT_FALSE(fader->capLayer->isGliding(desktop.steady.now()));
+    bound = 0.0201;
+    slider.updateNSView(*fader);
+    EXPECT_TRUE(fader->capLayer->isGliding(desktop.steady.now()));
+    EXPECT_DOUBLE_EQ(capShown().y, 160 * 0.01 + 12);
+
+    desktop.advance(Seconds(0.09));
+    slider.updateNSView(*fader); // rendered again: the glide goes on
+    // Half the time of the ease-out curve: 0.6846 of the way.
+    EXPECT_NEAR(capShown().y, 12 + 160 * (0.01 + 0.0101 * 0.68458), 1e-3);
+    desktop.advance(Seconds(0.0901));
+    EXPECT_DOUBLE_EQ(capShown().y, 160 * 0.0201 + 12);
+}
+
+TEST_F(FaderTest, FitsItsSlotIntoTheHeightButKeepsIt) {
+    EXPECT_EQ(element.body(100, 149).slider.trackHeight, 110);
+    EXPECT_EQ(element.body(100, 300).slider.trackHeight, 260);
+    EXPECT_EQ(element.body(100, 300).frame, (Rect{0, 0, 100, 300}));
+    element.body(141, 300).slider.updateNSView(*fader);
+    EXPECT_EQ(fader->trackHeight, 160);
+}
+
+TEST_F(FaderTest, TakesValuesOfKeysAndOfTheWheelButNotDuringADrag) {
+    fader->setValueByUser(faderValueAfter(FaderKey::up, 0.5, 0.0), false);
+    EXPECT_EQ(takeHeard(), "0.51 0.51 ");
+    fader->setValueByUser(faderValueAfterWheel(-60, 0.5), true);
+    EXPECT_EQ(takeHeard(), "0.49 0.49 ");
+    fader->setValueByUser(faderValueAfter(FaderKey::pageUp, 0.95, 0.0), true);
+    EXPECT_TRUE(fader->capLayer->isGliding(desktop.steady.now()));
+    EXPECT_EQ(takeHeard(), "1 1 ");
+    EXPECT_EQ(faderValueAfter(FaderKey::home, 0.5, 0.1), 0.1);
+    press(0);
+    fader->setValueByUser(0.2, false);
+    EXPECT_EQ(takeHeard(), "down 1 ");
+}
+
+TEST_F(FaderTest, BuildsNothingWithoutABackingLayer) {
+    FaderNSView bare(0.5, 0.0, accent, true, 160.0, desktop.steady);
+    bare.setupLayers();
+    bare.layout();
+    EXPECT_TRUE(bare.tickLayers.empty());
+    EXPECT_EQ(bare.capLayer->superlayer(), nullptr);
+}
+
+} // namespace noctra
