@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 
+#include "app/BundledFonts.h"
 #include "app/Url.h"
 #include "engine/ColorFilterManager.h"
 #include "platform/Application.h"
@@ -24,6 +25,7 @@ AppDelegate::AppDelegate(const AppServices& services) : services_(services) {}
 void AppDelegate::applicationDidFinishLaunching() {
     engine();
     services_.application.becomeAgent();
+    registerFonts(services_.resources, services_.fonts);
     setupSignalHandlers();
     services_.application.onWillTerminate([this] { applicationWillTerminate(); });
     const std::string unreachable = services_.urls.setHandlers({
@@ -107,6 +109,14 @@ void AppDelegate::displayServerLost(const std::string& reason) {
     services_.application.terminate(1);
 }
 
+void AppDelegate::displayServerGone() {
+    endWhateverHangs(1);
+    services_.log.log("ERROR: The display server is gone: the connection of its windows broke");
+    sayThatItTerminates();
+    restoreDisplays();
+    services_.process.endNow(1);
+}
+
 void AppDelegate::handleAutomationURL(const std::string& url) {
     const std::optional<Url> parsed = parseUrl(url);
     const auto command = parsed ? automationCommand(*parsed) : std::nullopt;
@@ -131,7 +141,8 @@ void AppDelegate::runAutomationCommand(AutomationCommand command) {
         filter.isEnabled = !filter.isEnabled;
         break;
     case AutomationCommand::show:
-        break; // nothing to show while there is no status item
+        services_.showPanel();
+        break;
     }
     services_.log.log("Automation command applied: " + std::string(rawValue(command)));
 }

@@ -15,6 +15,8 @@ namespace noctra {
 
 class Application;
 class ColorFilterManager;
+class Fonts;
+class Resources;
 class UrlChannel;
 
 /// What the delegate needs. Everything must outlive it.
@@ -26,6 +28,10 @@ struct AppServices {
     UrlChannel& urls;
     const WallClock& wallClock;
     ScratchFiles& files;
+    const Resources& resources;
+    Fonts& fonts;
+    /// Shows the control panel, or brings it to the front.
+    std::function<void()> showPanel;
     /// The engine; its first call constructs it.
     std::function<ColorFilterManager&()> engine;
     /// Puts the displays' hardware brightness back and returns when that is done, or has taken too
@@ -58,6 +64,10 @@ public:
     /// The display server has gone, and the tables with it: puts the brightness back and ends the
     /// program with status 1.
     void displayServerLost(const std::string& reason);
+
+    /// The same where the process is already being ended from inside a library: ends it at once,
+    /// with the brightness back.
+    void displayServerGone();
 
     /// Applies the command in `url`, or logs that there is none; a bad URL changes nothing.
     void handleAutomationURL(const std::string& url);

@@ -13,7 +13,7 @@ namespace {
 DisplayService createRandrDisplays(Log& log) {
     RandrConnection connection = connectToRandr(nullptr);
     if (!connection.xcb)
-        return {nullptr, {}, connection.description};
+        return {.problem = connection.description};
 
     const char* name = std::getenv("DISPLAY");
     const RuntimeDirectory directory = openRuntimeDirectory();
@@ -22,11 +22,10 @@ DisplayService createRandrDisplays(Log& log) {
                                         : directory.path + "/" +
                                               tableRecordName(name != nullptr ? name : ""));
     if (opened.opened == TableRecord::Opened::inUse)
-        return {nullptr,
-                {},
-                "another Noctra is running on this display and cannot be reached: " + opened.error};
+        return {.problem = "another Noctra is running on this display and cannot be reached: " +
+                           opened.error};
     if (!opened.record)
-        return {nullptr, {}, "out of memory"};
+        return {.problem = "out of memory"};
     std::string problem = directory.path.empty() ? std::string() : directory.problem;
     if (!problem.empty())
         problem += "; using " + directory.path;
@@ -34,17 +33,20 @@ DisplayService createRandrDisplays(Log& log) {
         problem = "a filter cannot be taken off after Noctra was killed: " +
                   (directory.path.empty() ? directory.problem : opened.error);
     std::string chosen = connection.description;
-    return {std::make_unique<RandrDisplays>(std::move(connection), std::move(opened.record), log),
-            std::move(chosen), std::move(problem)};
+    return {.displays = std::make_unique<RandrDisplays>(std::move(connection),
+                                                        std::move(opened.record), log),
+            .chosen = std::move(chosen),
+            .problem = std::move(problem)};
 }
 
 /// Every kind of display service, best first.
 struct DisplayServiceKind {
     const char* name;
+    const char* windowSystem;
     DisplayService (*create)(Log& log);
 };
 constexpr std::array<DisplayServiceKind, 1> displayServiceKinds{{
-    {"X11 RandR", createRandrDisplays},
+    {"X11 RandR", "xcb", createRandrDisplays},
 }};
 
 } // namespace
@@ -54,12 +56,13 @@ DisplayService chooseDisplays(Log& log) {
     for (const DisplayServiceKind& kind : displayServiceKinds) {
         DisplayService service = kind.create(log);
         if (service.displays) {
+            service.windowSystem = kind.windowSystem;
             service.chosen = std::string(kind.name) + " (" + service.chosen + ")";
             return service;
         }
         problems += (problems.empty() ? "" : "; ") + service.problem;
     }
-    return {nullptr, {}, problems};
+    return {.problem = problems};
 }
 
 } // namespace noctra

@@ -5,12 +5,14 @@
 #include <cstdio>
 #include <memory>
 
-#include <QtCore/QCoreApplication>
+#include <QtGui/QGuiApplication>
 
 #include "app/AppDelegate.h"
 #include "app/DebugLogger.h"
 #include "app/LibraryLocation.h"
+#include "app/linux/BesideTheProgram.h"
 #include "app/linux/DisplayService.h"
+#include "app/linux/LinuxPanel.h"
 #include "engine/ColorFilterManager.h"
 #include "foundation/SharedInstance.h"
 #include "platform/linux/DisplayServicesHost.h"
@@ -45,12 +47,13 @@ public:
     void log(std::string_view message) override { DebugLogger::shared().log(message); }
 };
 
-/// Where the display-services library is: where it was installed, or beside the program in the
-/// folder that both were built in.
-std::vector<std::string> displayServicesCandidates() {
-    const std::string program = programPath();
-    const std::string folder = program.substr(0, program.rfind('/') + 1);
-    return {folder + displayServicesFromProgram, folder + displayServicesFile};
+/// Qt ends the process by itself where its own connection to the display server breaks before ours
+/// does. What this runs has to end it first, the way it should end.
+std::function<void()>* whenQtExits = nullptr;
+
+void answerQtsExit() {
+    if (whenQtExits != nullptr)
+        (*whenQtExits)();
 }
 
 } // namespace
@@ -63,7 +66,6 @@ int failToRun(const std::string& message) {
 int runLinuxProgram(PosixProcess& process, int argc, char** argv,
                     const std::vector<std::string>& urls,
                     const std::function<void(const RunningProgram&)>& launched) {
-    QCoreApplication qt(argc, argv);
     const MonotonicClock steadyClock;
     QtRunLoop runLoop(steadyClock);
     MainQueue mainQueue(runLoop, steadyClock);
@@ -90,6 +92,11 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
     if (!service.problem.empty())
         log.log("ERROR: " + service.problem);
 
+    // Its windows belong on the displays that are dimmed.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", service.windowSystem);
+    const QGuiApplication qt(argc, argv);
+
     QtPreferences preferences(QtPreferences::defaultPath(), mainQueue, log);
     process.beforeEnd([&] {
         preferences.flush();
@@ -107,8 +114,9 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
              [&] {
                  displays.reassertTables();
              }});
-    PosixLibraryLoader libraryLoader(displayServicesCandidates(),
-                                     [&](void* library) { displayServicesHost.adopt(library); });
+    PosixLibraryLoader libraryLoader(
+        besideTheProgram(displayServicesFromProgram, displayServicesFile),
+        [&](void* library) { displayServicesHost.adopt(library); });
     SharedInstance<DisplayServicesBridge>::provide(
         [&] { return std::make_unique<DisplayServicesBridge>(libraryLoader); });
     SharedInstance<ColorFilterManager>::provide([&] {
@@ -139,6 +147,7 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
 
     QtApplication application;
     PosixScratchFiles files;
+    LinuxPanel panel(log, mainQueue, steadyClock, application);
     AppDelegate delegate({
         .log = log,
         .mainQueue = mainQueue,
@@ -147,6 +156,9 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
         .urls = urlChannel,
         .wallClock = wallClock,
         .files = files,
+        .resources = panel.resources(),
+        .fonts = panel.fonts(),
+        .showPanel = [&] { panel.show(); },
         .engine = []() -> ColorFilterManager& { return ColorFilterManager::shared(); },
         .restoreBrightness =
             [&] {
@@ -172,6 +184,10 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
     };
     serverWatch = mainQueue.watch(displays.descriptor(), hearTheServer);
     displays.onNews([&] { mainQueue.async(hearTheServer); });
+
+    std::function<void()> endLikeALostServer = [&] { delegate.displayServerGone(); };
+    whenQtExits = &endLikeALostServer;
+    std::atexit(answerQtsExit);
 
     delegate.applicationDidFinishLaunching();
     const LogindSleep sleep(mainQueue, log, [&] { displayChanges.woke(); });

@@ -13,6 +13,8 @@ QtRunLoop::QtRunLoop(const SteadyClock& clock) : clock_(clock) {
 
 void QtRunLoop::drive(MainQueue& queue) {
     queue_ = &queue;
+    for (auto& [descriptor, watch] : watches_)
+        startWatching(descriptor, watch);
     wake();
 }
 
@@ -23,6 +25,8 @@ void QtRunLoop::wake() {
 }
 
 void QtRunLoop::wakeAt(SteadyClock::TimePoint due) {
+    if (queue_ == nullptr)
+        return; // found when the queue is first run
     // A later deadline is found when the timer fires: a debounced task that is put off on every
     // step of a drag does not touch the timer.
     if (timer_.isActive() && timerDue_ <= due)
@@ -33,19 +37,27 @@ void QtRunLoop::wakeAt(SteadyClock::TimePoint due) {
 }
 
 void QtRunLoop::watch(int descriptor, std::function<void()> readable) {
-    auto notifier = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
-    connect(notifier.get(), &QSocketNotifier::activated, this,
-            [readable = std::move(readable)] { readable(); });
-    notifiers_[descriptor] = std::move(notifier);
+    Watch& watch = watches_[descriptor];
+    watch.readable = std::move(readable);
+    if (queue_ != nullptr)
+        startWatching(descriptor, watch);
+}
+
+void QtRunLoop::startWatching(int descriptor, Watch& watch) {
+    watch.notifier = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
+    connect(watch.notifier.get(), &QSocketNotifier::activated, this,
+            [readable = watch.readable] { readable(); });
 }
 
 void QtRunLoop::unwatch(int descriptor) {
-    const auto found = notifiers_.find(descriptor);
-    if (found == notifiers_.end())
+    const auto found = watches_.find(descriptor);
+    if (found == watches_.end())
         return;
-    found->second->setEnabled(false);
-    found->second.release()->deleteLater(); // it may be the one that is calling
-    notifiers_.erase(found);
+    if (QSocketNotifier* notifier = found->second.notifier.release()) {
+        notifier->setEnabled(false);
+        notifier->deleteLater(); // it may be the one that is calling
+    }
+    watches_.erase(found);
 }
 
 void QtRunLoop::runDue() {

@@ -13,7 +13,8 @@
 
 namespace noctra {
 
-/// Qt's event loop as the main thread's sleep. Needs a QCoreApplication; made on the main thread.
+/// Qt's event loop as the main thread's sleep. Made on the main thread, before or after the
+/// QCoreApplication, which has to be there from `drive` on.
 class QtRunLoop : public QObject, public RunLoop {
 public:
     explicit QtRunLoop(const SteadyClock& clock);
@@ -27,14 +28,19 @@ public:
     void unwatch(int descriptor) override;
 
 private:
+    struct Watch {
+        std::function<void()> readable;
+        std::unique_ptr<QSocketNotifier> notifier; // none before `drive`
+    };
     void runDue();
+    void startWatching(int descriptor, Watch& watch);
 
     const SteadyClock& clock_;
     MainQueue* queue_ = nullptr;
     QTimer timer_;
     SteadyClock::TimePoint timerDue_{}; // while timer_ is active
     std::atomic<bool> wakePosted_ = false;
-    std::map<int, std::unique_ptr<QSocketNotifier>> notifiers_;
+    std::map<int, Watch> watches_;
 };
 
 } // namespace noctra

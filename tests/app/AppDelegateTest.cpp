@@ -11,6 +11,8 @@
 #include "engine/ColorFilterManager.h"
 #include "engine/GammaRamp.h"
 #include "platform/simulated/SimulatedDesktop.h"
+#include "platform/simulated/SimulatedFonts.h"
+#include "platform/simulated/SimulatedResources.h"
 
 namespace noctra {
 
@@ -22,6 +24,9 @@ struct AppDelegateTest : testing::Test {
     SimulatedDesktop desktop;
     std::unique_ptr<ColorFilterManager> engine;
     std::vector<std::string> brightnessRestores; ///< the last log line at each
+    SimulatedResources resources;
+    SimulatedFonts fonts;
+    int panelsShown = 0;
     AppDelegate delegate{{
         .log = desktop.log,
         .mainQueue = desktop.mainQueue,
@@ -30,6 +35,9 @@ struct AppDelegateTest : testing::Test {
         .urls = desktop.urls,
         .wallClock = desktop.wall,
         .files = desktop.files,
+        .resources = resources,
+        .fonts = fonts,
+        .showPanel = [this] { ++panelsShown; },
         .engine = [this]() -> ColorFilterManager& { return madeEngine(); },
         .restoreBrightness =
             [this] {
@@ -192,6 +200,7 @@ TEST_F(AppDelegateTest, AppliesCommandsAtOnceInTheOrderInWhichTheyArrive) {
     desktop.urls.handlers->activate();
     open("noctra://show");
     EXPECT_EQ(desktop.log.count("Automation command applied: show"), 2U);
+    EXPECT_EQ(panelsShown, 2);
     EXPECT_EQ(restores(), 5U);
 }
 

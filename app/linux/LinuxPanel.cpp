@@ -1,0 +1,71 @@
+#include "app/linux/LinuxPanel.h"
+
+#include <dlfcn.h>
+
+#include "app/DebugLogger.h"
+#include "app/LibraryLocation.h"
+#include "app/linux/BesideTheProgram.h"
+#include "engine/ColorFilterManager.h"
+#include "pwmsafe/PwmSafeManager.h"
+
+namespace noctra {
+
+namespace {
+
+std::vector<std::filesystem::path> resourceFolders() {
+    const auto candidates = besideTheProgram(resourcesFromProgram, resourcesFolder);
+    return {candidates.begin(), candidates.end()};
+}
+
+} // namespace
+
+LinuxPanel::LinuxPanel(Log& log, MainQueue& mainQueue, const SteadyClock& steadyClock,
+                       Application& application)
+    : log_(log), mainQueue_(mainQueue), steadyClock_(steadyClock), application_(application),
+      resources_(resourceFolders()) {}
+
+void LinuxPanel::show() {
+    if (!window_)
+        open();
+    if (window_)
+        window_->show();
+}
+
+void LinuxPanel::open() {
+    MakePanelWindow* const make = load();
+    if (make == nullptr)
+        return;
+    services_ = std::make_unique<PanelServices>(PanelServices{
+        .log = log_,
+        .fullLog = [] { return DebugLogger::shared().getFullLog(); },
+        .mainQueue = mainQueue_,
+        .steadyClock = steadyClock_,
+        .filterManager = ColorFilterManager::shared(),
+        .pwmSafeManager = PwmSafeManager::shared(),
+        .application = application_,
+        .clipboard = clipboard_,
+        .cursor = cursor_,
+        .numbers = numbers_,
+        .motion = settings_,
+        .resources = resources_,
+        .fonts = fonts_,
+    });
+    window_.reset(make(*services_));
+}
+
+MakePanelWindow* LinuxPanel::load() {
+    std::string problem;
+    for (const std::string& candidate : besideTheProgram(panelFromProgram, panelFile)) {
+        if (void* library = ::dlopen(candidate.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+            if (void* symbol = ::dlsym(library, makePanelWindowSymbol))
+                return reinterpret_cast<MakePanelWindow*>(symbol);
+        }
+        const char* error = ::dlerror();
+        problem += (problem.empty() ? "" : "; ") +
+                   std::string(error != nullptr ? error : "it exports no panel");
+    }
+    log_.log("ERROR: The panel cannot be shown: " + problem);
+    return nullptr;
+}
+
+} // namespace noctra

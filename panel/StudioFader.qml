@@ -1,0 +1,53 @@
+import QtQuick
+import Noctra.Panel
+
+// A fader with its name above it and its readout below.
+Item {
+    id: column
+
+    required property PanelModel panel
+    required property FaderModel fader
+    required property string label
+    required property color labelColor
+    required property readout readout
+
+    Text {
+        id: name
+        // Drawn 2 points higher than the place it takes.
+        anchors { top: parent.top; topMargin: -2; horizontalCenter: parent.horizontalCenter }
+        text: column.label
+        color: column.labelColor
+        font: column.panel.fonts.brand(14, "ExtraBold")
+        Accessible.ignored: true
+    }
+    FaderItem {
+        id: slider
+        objectName: column.label
+        anchors {
+            top: parent.top; topMargin: name.height + 16
+            bottom: field.top; bottomMargin: 16
+            left: parent.left; right: parent.right
+        }
+        source: column.fader
+        animates: !column.panel.reducesMotion
+        activeFocusOnTab: !column.panel.showingSettings
+
+        Accessible.role: Accessible.Slider
+        Accessible.name: column.label
+        Accessible.description: column.readout.text
+        Accessible.focusable: true
+
+        FocusRing {
+            radius: 6
+            shown: column.panel.showsFocus && slider.activeFocus
+        }
+    }
+    FaderReadout {
+        id: field
+        anchors { bottom: parent.bottom; horizontalCenter: parent.horizontalCenter }
+        width: implicitWidth
+        height: implicitHeight
+        readout: column.readout
+        font: column.panel.fonts.monospaced(12, 700)
+    }
+}

@@ -1,0 +1,110 @@
+#include "panel/quick/QuickPanelWindow.h"
+
+#include <malloc.h>
+
+#include <QtCore/QEvent>
+#include <QtGui/QKeyEvent>
+#include <QtQml/QQmlEngine>
+#include <QtQml/QQmlError>
+#include <QtQuick/QQuickItem>
+#include <QtQuick/QQuickView>
+
+#include "panel/FilterControlView.h"
+#include "panel/quick/PanelModel.h"
+
+namespace noctra {
+
+namespace {
+
+const QUrl panelFile(QStringLiteral("qrc:/qt/qml/Noctra/Panel/FilterControlView.qml"));
+
+bool movesFocus(int key) {
+    return key == Qt::Key_Tab || key == Qt::Key_Backtab;
+}
+
+} // namespace
+
+QuickPanelWindow::QuickPanelWindow(const PanelServices& services) : services_(services) {
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+}
+
+QuickPanelWindow::~QuickPanelWindow() = default;
+
+void QuickPanelWindow::show() {
+    if (!view_)
+        build();
+    view_->show();
+    view_->raise();
+    view_->requestActivate();
+}
+
+void QuickPanelWindow::build() {
+    model_ = std::make_unique<PanelModel>(services_);
+    view_ = std::make_unique<QQuickView>();
+    view_->setFlags(Qt::Dialog);
+    view_->setTitle(model_->title());
+    view_->setColor(model_->bgDeep());
+    view_->setResizeMode(QQuickView::SizeRootObjectToView);
+    const QSize size(static_cast<int>(FilterControlView::width),
+                     static_cast<int>(FilterControlView::height));
+    view_->setMinimumSize(size);
+    view_->setMaximumSize(size);
+    view_->resize(size);
+    view_->installEventFilter(this);
+    view_->setInitialProperties({{QStringLiteral("panel"), QVariant::fromValue(model_.get())}});
+    view_->setSource(panelFile);
+    for (const QQmlError& error : view_->errors())
+        services_.log.log("ERROR: The panel cannot be drawn: " + error.toString().toStdString());
+    connect(model_.get(), &PanelModel::closeRequested, this, [this] { close(); });
+}
+
+void QuickPanelWindow::close() {
+    if (!view_)
+        return;
+    view_->hide();
+    // Not now: an item of the scene may be asking.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (view_ && !view_->isVisible())
+                freeScene();
+        },
+        Qt::QueuedConnection);
+}
+
+void QuickPanelWindow::freeScene() {
+    view_.reset();
+    model_.reset();
+    ::malloc_trim(0); // what the scene took is much more than what runs without it
+}
+
+bool QuickPanelWindow::isShown() const {
+    return view_ && view_->isVisible();
+}
+
+bool QuickPanelWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != view_.get())
+        return QObject::eventFilter(watched, event);
+    switch (event->type()) {
+    case QEvent::Close:
+        close();
+        break;
+    case QEvent::KeyPress:
+        if (movesFocus(static_cast<QKeyEvent*>(event)->key()))
+            model_->setShowsFocus(true);
+        break;
+    case QEvent::MouseButtonPress:
+        model_->setShowsFocus(false);
+        break;
+    default:
+        break;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace noctra
+
+extern "C" Q_DECL_EXPORT noctra::PanelWindow*
+noctra_make_panel_window(const noctra::PanelServices& services) {
+    return new noctra::QuickPanelWindow(services);
+}

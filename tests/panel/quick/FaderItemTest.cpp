@@ -1,0 +1,232 @@
+#include <memory>
+#include <set>
+#include <vector>
+
+#include <QtGui/QWheelEvent>
+
+#include <gtest/gtest.h>
+
+#include "QuickScene.h"
+#include "panel/quick/FaderItem.h"
+#include "platform/simulated/SimulatedDesktop.h"
+
+namespace noctra {
+
+namespace {
+
+struct TestSource : FaderSource {
+    mutable SimulatedDesktop desktop;
+    double bound = 0.5;
+    double minimum = 0.0;
+    int writes = 0;
+
+    [[nodiscard]] StudioFader fader() const override {
+        auto* self = const_cast<TestSource*>(this);
+        return {.value = {[self] { return self->bound; },
+                          [self](double x) {
+                              self->bound = x;
+                              ++self->writes;
+                          }},
+                .color = {1.0, 0.5, 0.0},
+                .minimumValue = minimum};
+    }
+    [[nodiscard]] MainQueue& mainQueue() const override { return desktop.mainQueue; }
+    [[nodiscard]] const SteadyClock& clock() const override { return desktop.steady; }
+};
+
+struct FaderItemTest : QuickScene {
+    // Where pixels of 1.25 and 1.5 times the size are not those of a point.
+    static constexpr double left = 33.0;
+    static constexpr double bottom = 231.0;
+
+    TestSource source;
+    FaderItem item{window.contentItem()};
+
+    FaderItemTest() {
+        item.setPosition({left, bottom - 200.0});
+        item.setSize({141.0, 200.0});
+        item.setSource(&source);
+    }
+    /// Colours by the view's own points.
+    [[nodiscard]] QColor in(double x, double y) const { return at(left + x, bottom - y); }
+    static QPoint pointer(double y) {
+        return {static_cast<int>(left) + 70, 231 - static_cast<int>(y)};
+    }
+    void render() { emit source.rendered(); }
+    void wheel(int units) {
+        QWheelEvent event(pointer(100), window.mapToGlobal(pointer(100)), {}, {0, units}, {}, {},
+                          Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&window, &event);
+    }
+};
+
+} // namespace
+
+TEST_F(FaderItemTest, DrawsSlotMarksFillAndCap) {
+    draw();
+    EXPECT_TRUE(near(in(2, 150), grey)) << "nothing there";
+    EXPECT_TRUE(near(in(64.7, 150), grey * 0.4 * 0.2)) << "the slot's border";
+    EXPECT_TRUE(near(in(70.5, 150), 0.12 * 255)) << "the slot";
+    EXPECT_TRUE(near(in(70.5, 40), 0.8 * 255 + 0.2 * 30.6, 0.4 * 255 + 0.2 * 30.6, 0.2 * 30.6));
+    EXPECT_TRUE(near(in(20, 180), grey * 0.6 + 255 * 0.4)) << "a major mark";
+    EXPECT_TRUE(near(in(120, 180), grey * 0.6 + 255 * 0.4)) << "on the right";
+    EXPECT_TRUE(near(in(52, 106), 0.2 * 255, 3)) << "the middle of the cap";
+    EXPECT_TRUE(near(in(52, 93), 0.345 * 255, 4)) << "its lower edge";
+    EXPECT_TRUE(near(in(52, 118.5), 0.248 * 255, 4)) << "its upper edge";
+    EXPECT_TRUE(near(in(70.5, 106), 0.9 * 255 + 5.1, 0.45 * 255 + 5.1, 5.1)) << "the grip";
+}
+
+TEST_F(FaderItemTest, DrawsMarksOfWholePixels) {
+    draw();
+    std::multiset<int> levels;
+    for (int y = 0; y < shot.height(); ++y)
+        levels.insert(shot.pixelColor(static_cast<int>((left + 12) * scale()), y).red());
+    const int major = qRound(grey * 0.6 + 255 * 0.4);
+    const int minor = qRound(grey * 0.85 + 255 * 0.15);
+    EXPECT_EQ(levels.count(major), static_cast<std::size_t>(3 * std::floor(2 * scale() + 0.5)));
+    EXPECT_EQ(levels.count(minor), static_cast<std::size_t>(8 * std::floor(scale() + 0.5)));
+    EXPECT_EQ(levels.size(), levels.count(major) + levels.count(minor) + levels.count(grey));
+}
+
+TEST_F(FaderItemTest, CastsTheCapsShadowDownwards) {
+    draw();
+    // The cap is at (44.5, 92) and 52 x 28 large; the shadow lies 4 points below it.
+    const auto expected = [](double x, double y) {
+        return grey * (1.0 - 0.6 * gaussianShare(x, 44.5, 96.5, 6) * gaussianShare(y, 88, 116, 6));
+    };
+    for (const auto& [x, y] : std::vector<QPointF>{{50.5, 88.5}, {55.5, 80.5}, {40.5, 100.5}})
+        EXPECT_TRUE(near(in(x, y), expected(x, y), 4)) << x << ", " << y;
+    EXPECT_LT(in(50.5, 85).red(), in(50.5, 126).red());
+}
+
+TEST_F(FaderItemTest, MovesTheCapWithoutPaintingItAndPaintsOnlyTheFillInADrag) {
+    draw();
+    const int backdrop = item.backdropItem().paintCount();
+    const int fill = item.fillItem().paintCount();
+    const int cap = item.capItem().paintCount();
+    QTest::mousePress(&window, Qt::LeftButton, {}, pointer(100));
+    EXPECT_TRUE(item.isDragging());
+    EXPECT_TRUE(item.hasActiveFocus());
+    for (const int y : {116, 132}) {
+        QTest::mouseMove(&window, pointer(y));
+        source.desktop.settle();
+        render();
+        draw();
+    }
+    EXPECT_DOUBLE_EQ(item.value(), 0.7);
+    EXPECT_DOUBLE_EQ(source.bound, 0.7);
+    EXPECT_TRUE(near(in(70.5, 112 + 12 + 14), 234.6, 119.9, 5.1)) << "the grip";
+    EXPECT_EQ(item.backdropItem().paintCount(), backdrop);
+    EXPECT_EQ(item.fillItem().paintCount(), fill + 2);
+    EXPECT_EQ(item.capItem().paintCount(), cap) << "though its gradient is another object";
+    EXPECT_EQ(item.capItem().blurCount(), 1);
+
+    QTest::mouseRelease(&window, Qt::LeftButton, {}, pointer(132));
+    EXPECT_FALSE(item.isDragging());
+    source.desktop.settle();
+    EXPECT_EQ(source.writes, 4);
+}
+
+TEST_F(FaderItemTest, LeavesNoTraceOfWhereTheCapHasBeen) {
+    draw();
+    item.setAnimates(false);
+    for (const double value : {0.513, 0.62, 0.347, 0.9, 0.1, 0.113, 0.51}) {
+        item.setValue(value);
+        draw();
+    }
+    const QImage moved = shot;
+    window.setColor(Qt::black); // all of it is drawn again
+    draw();
+    window.setColor(QColor(grey, grey, grey));
+    draw();
+    EXPECT_TRUE(moved == shot);
+}
+
+TEST_F(FaderItemTest, EndsTheDragWhenThePointerOrTheFaderIsTakenAway) {
+    draw();
+    QTest::mousePress(&window, Qt::LeftButton, {}, pointer(100));
+    item.ungrabMouse();
+    EXPECT_FALSE(item.isDragging());
+    QTest::mouseMove(&window, pointer(180));
+    EXPECT_EQ(item.value(), 0.5);
+    QTest::mouseRelease(&window, Qt::LeftButton, {}, pointer(180));
+    source.desktop.settle();
+    EXPECT_EQ(source.writes, 2);
+
+    QTest::mouseDClick(&window, Qt::LeftButton, {}, pointer(100));
+    source.desktop.settle();
+    EXPECT_EQ(source.writes, 6) << "two clicks";
+    EXPECT_FALSE(item.isDragging());
+
+    QTest::mousePress(&window, Qt::RightButton, {}, pointer(100));
+    EXPECT_FALSE(item.isDragging());
+    QTest::mouseRelease(&window, Qt::RightButton, {}, pointer(100));
+
+    QTest::mousePress(&window, Qt::LeftButton, {}, pointer(100));
+    item.setSource(nullptr);
+    EXPECT_FALSE(item.isDragging());
+    source.desktop.settle();
+    EXPECT_EQ(source.writes, 8) << "what it did before it went, and its end";
+}
+
+TEST_F(FaderItemTest, TakesTheWheelAndTheKeys) {
+    source.minimum = 0.1;
+    render();
+    draw();
+    item.forceActiveFocus();
+    const std::vector<std::pair<int, double>> keys{
+        {Qt::Key_Up, 0.51},    {Qt::Key_Left, 0.5}, {Qt::Key_PageUp, 0.6}, {Qt::Key_PageDown, 0.5},
+        {Qt::Key_Right, 0.51}, {Qt::Key_Home, 0.1}, {Qt::Key_Down, 0.1},   {Qt::Key_End, 1.0}};
+    for (const auto& [key, value] : keys) {
+        QTest::keyClick(&window, static_cast<Qt::Key>(key));
+        EXPECT_DOUBLE_EQ(item.value(), value) << key;
+    }
+    wheel(-120);
+    EXPECT_DOUBLE_EQ(item.value(), 0.98);
+    wheel(60);
+    EXPECT_DOUBLE_EQ(item.value(), 0.99);
+    item.setProperty("value", 0.4); // assistive technology
+    source.desktop.settle();
+    EXPECT_EQ(source.bound, 0.4);
+}
+
+TEST_F(FaderItemTest, GlidesFrameByFrameUnlessMotionIsReduced) {
+    draw();
+    const double start = item.capItem().y();
+    source.bound = 1.0;
+    render();
+    source.desktop.advance(Seconds(0.09));
+    const auto capRose = [&] {
+        return start - item.capItem().y();
+    };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return capRose() > 0; }));
+    EXPECT_NEAR(capRose(), 80 * 0.6846, 1.0);
+    source.desktop.advance(Seconds(0.1));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return capRose() > 79; }));
+    EXPECT_NEAR(capRose(), 80, 0.5);
+
+    item.setAnimates(false);
+    source.bound = 0.5;
+    render();
+    draw();
+    EXPECT_NEAR(capRose(), 0, 1e-6);
+}
+
+TEST_F(FaderItemTest, KeepsItsViewUntilItHasAnotherSource) {
+    const FaderNSView* view = item.view();
+    item.setHeight(240.0);
+    EXPECT_EQ(item.view(), view);
+    EXPECT_EQ(view->bounds().height, 240.0);
+    EXPECT_EQ(view->trackHeight, 160.0);
+    auto other = std::make_unique<TestSource>();
+    other->bound = 0.25;
+    item.setSource(other.get());
+    EXPECT_EQ(item.view()->trackHeight, 200.0);
+    EXPECT_EQ(item.value(), 0.25);
+    other.reset();
+    EXPECT_EQ(item.view(), nullptr);
+    draw();
+    EXPECT_TRUE(near(in(70.5, 150), grey));
+}
+
+} // namespace noctra
