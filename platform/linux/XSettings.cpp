@@ -20,7 +20,7 @@ constexpr std::uint32_t largestProperty = 1U << 18;
 /// Reads forwards through bytes; once they have run out, everything is 0 and `ok` is false.
 class Reader {
 public:
-    Reader(std::span<const std::byte> bytes) : bytes_(bytes) {}
+    explicit Reader(std::span<const std::byte> bytes) : bytes_(bytes) {}
 
     void setBigEndian(bool bigEndian) {
         swaps_ = bigEndian != (std::endian::native == std::endian::big);
@@ -93,9 +93,8 @@ std::optional<std::int32_t> xsettingsInteger(std::span<const std::byte> property
         const auto length = reader.number<std::uint16_t>();
         const std::span<const std::byte> nameBytes = reader.padded(length);
         reader.number<std::uint32_t>(); // serial number of the last change
-        const bool wanted =
-            std::string_view(reinterpret_cast<const char*>(nameBytes.data()), nameBytes.size()) ==
-            name;
+        const bool wanted = std::string_view(reinterpret_cast<const char*>(nameBytes.data()),
+                                             nameBytes.size()) == name;
         if (type == integerType) {
             const auto value = reader.number<std::uint32_t>();
             if (wanted && reader.ok())
@@ -117,8 +116,8 @@ bool XSettings::reducesMotion() const {
     xcb_connection_t* xcb = connection.get();
     if (xcb_connection_has_error(xcb) != 0)
         return false;
-    const auto manager = xcb_get_selection_owner(
-        xcb, atom(xcb, "_XSETTINGS_S" + std::to_string(screen)));
+    const auto manager =
+        xcb_get_selection_owner(xcb, atom(xcb, "_XSETTINGS_S" + std::to_string(screen)));
     const XcbReply<xcb_get_selection_owner_reply_t> owner(
         xcb_get_selection_owner_reply(xcb, manager, nullptr));
     if (!owner || owner->owner == XCB_NONE)
@@ -126,8 +125,7 @@ bool XSettings::reducesMotion() const {
     const xcb_atom_t settings = atom(xcb, "_XSETTINGS_SETTINGS");
     const auto cookie =
         xcb_get_property(xcb, 0, owner->owner, settings, settings, 0, largestProperty);
-    const XcbReply<xcb_get_property_reply_t> property(
-        xcb_get_property_reply(xcb, cookie, nullptr));
+    const XcbReply<xcb_get_property_reply_t> property(xcb_get_property_reply(xcb, cookie, nullptr));
     if (!property)
         return false;
     const auto* bytes = static_cast<const std::byte*>(xcb_get_property_value(property.get()));
