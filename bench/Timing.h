@@ -21,6 +21,9 @@ public:
                 .count());
     }
 
+    void add(double microseconds) { microseconds_.push_back(microseconds); }
+    [[nodiscard]] std::size_t count() const { return microseconds_.size(); }
+
     /// The value below which `share` (0 to 1) of the samples lie.
     [[nodiscard]] double quantile(double share) {
         std::sort(microseconds_.begin(), microseconds_.end());
