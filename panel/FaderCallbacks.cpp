@@ -54,6 +54,13 @@ void FaderCallbacks::noteValue(double value) {
         delivery_.schedule(Seconds(0.0));
 }
 
+double FaderCallbacks::latestValue() const {
+    for (std::size_t i = pending_->reports.size(); i-- > pending_->next;)
+        if (const auto* value = std::get_if<double>(&pending_->reports[i]))
+            return *value;
+    return pending_->value.get();
+}
+
 void FaderCallbacks::noteDragState(bool isDragging) {
     pending_->note(isDragging);
     if (!delivery_.isPending())

@@ -24,6 +24,8 @@ public:
 
     void noteValue(double value);
     void noteDragState(bool isDragging);
+    /// The value as it is once everything has been delivered.
+    [[nodiscard]] double latestValue() const;
 
 private:
     struct Pending;

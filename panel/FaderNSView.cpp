@@ -174,6 +174,10 @@ void FaderNSView::cancelDrag() {
         mouseUp();
 }
 
+double FaderNSView::latestValue() const {
+    return keptValue ? clampedFaderValue(keptValue(), minimumValue) : currentValue;
+}
+
 void FaderNSView::setValueByUser(double newValue, bool animated) {
     if (isDragging)
         return;

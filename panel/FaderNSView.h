@@ -35,6 +35,9 @@ public:
     std::function<void(double)> onDragEnded;      ///< with the final value
     std::function<void(double)> onValueChanged;   ///< on each step of a drag
     std::function<void(bool)> onDragStateChanged; ///< true at its begin, false at its end
+    /// The value where it is kept, as it is once all reports have arrived there. A render may
+    /// show an earlier one in between.
+    std::function<double()> keptValue;
     double minimumValue;
     Color accentColor;
     bool isEnabled;     ///< selects the colours; input is taken all the same
@@ -67,6 +70,8 @@ public:
 
     /// Ends a drag whose end will not be seen, as if the button had been released.
     void cancelDrag();
+    /// What a step of a key or a wheel goes on from.
+    [[nodiscard]] double latestValue() const;
     /// A key or a wheel: takes the clamped `newValue` and reports it as a drag's last step, without
     /// a drag. Ignored while dragging.
     void setValueByUser(double newValue, bool animated);

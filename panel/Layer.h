@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -26,10 +27,12 @@ public:
 };
 
 /// Colours from the bottom edge (location 0) to the top edge (location 1), as y grows; one location
-/// each, in ascending order.
+/// each, in ascending order. Copying it allocates nothing.
 struct LayerGradient {
-    std::vector<Color> colors;
-    std::vector<double> locations;
+    static constexpr std::size_t mostStops = 4;
+    std::array<Color, mostStops> colors;
+    std::array<double, mostStops> locations;
+    std::size_t stops = mostStops; ///< how many of them count
 
     friend bool operator==(const LayerGradient&, const LayerGradient&) = default;
 };

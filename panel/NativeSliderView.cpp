@@ -30,6 +30,9 @@ std::unique_ptr<FaderNSView> NativeSliderView::makeNSView(MainQueue& mainQueue,
     fader->onDragStateChanged = [callbacks](bool b) {
         callbacks->noteDragState(b);
     };
+    fader->keptValue = [callbacks] {
+        return callbacks->latestValue();
+    };
     return fader;
 }
 

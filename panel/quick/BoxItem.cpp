@@ -13,7 +13,7 @@ void setColors(PixelBox& box, const QColor& top, const QColor& bottom) {
     if (top == bottom)
         box.color = fromQt(top);
     else
-        box.gradient = LayerGradient{{fromQt(top), fromQt(bottom)}, {0.0, 1.0}};
+        box.gradient = LayerGradient{{fromQt(top), fromQt(bottom)}, {0.0, 1.0}, 2};
 }
 
 } // namespace

@@ -16,7 +16,7 @@ namespace {
 
 QBrush gradientBrush(const LayerGradient& gradient, const QRect& rect) {
     QLinearGradient brush(0, rect.top(), 0, rect.top() + rect.height());
-    for (std::size_t i = 0; i < gradient.colors.size(); ++i)
+    for (std::size_t i = 0; i < gradient.stops; ++i)
         brush.setColorAt(gradient.locations[i], toQt(gradient.colors[i]));
     return brush;
 }

@@ -5,6 +5,7 @@
 #include <QtGui/QKeyEvent>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QWheelEvent>
+#include <QtQuick/QQuickWindow>
 
 #include "panel/quick/FaderItem.h"
 
@@ -12,9 +13,13 @@ namespace noctra {
 
 namespace {
 
-/// The screen stays put while the fader is dragged; there y grows downwards.
-PointerEvent pointerEvent(const QMouseEvent& event) {
-    return {-event.globalPosition().y()};
+/// In the window, as far down the screen as that stands: on a desktop of several screens the
+/// event's own global position jumps where the pointer crosses from one to the next, if they are
+/// scaled. There y grows downwards.
+PointerEvent pointerEvent(const QMouseEvent& event, const QQuickWindow* window) {
+    if (window == nullptr)
+        return {};
+    return {-(event.scenePosition().y() + window->y())};
 }
 
 std::optional<FaderKey> faderKey(const QKeyEvent& event) {
@@ -48,14 +53,14 @@ void FaderItem::mousePressEvent(QMouseEvent* event) {
         return;
     }
     forceActiveFocus(Qt::MouseFocusReason);
-    view_->mouseDown(pointerEvent(*event));
+    view_->mouseDown(pointerEvent(*event, window()));
     announce();
 }
 
 void FaderItem::mouseMoveEvent(QMouseEvent* event) {
     if (!isDragging())
         return;
-    view_->mouseDragged(pointerEvent(*event));
+    view_->mouseDragged(pointerEvent(*event, window()));
     announce();
 }
 
@@ -80,7 +85,7 @@ void FaderItem::mouseUngrabEvent() {
 void FaderItem::wheelEvent(QWheelEvent* event) {
     const int units = event->angleDelta().y();
     if (view_ != nullptr && units != 0)
-        setByUser(faderValueAfterWheel(units, view_->currentValue), true);
+        setByUser(faderValueAfterWheel(units, view_->latestValue()), true);
     event->accept();
 }
 
@@ -91,7 +96,7 @@ void FaderItem::keyPressEvent(QKeyEvent* event) {
         return;
     }
     const bool glides = *key != FaderKey::up && *key != FaderKey::down;
-    setByUser(faderValueAfter(*key, view_->currentValue, view_->minimumValue), glides);
+    setByUser(faderValueAfter(*key, view_->latestValue(), view_->minimumValue), glides);
 }
 
 void FaderItem::setByUser(double value, bool glides) {

@@ -1,3 +1,4 @@
+#include <array>
 #include <memory>
 #include <optional>
 #include <sstream>
@@ -100,7 +101,7 @@ TEST_F(FaderTest, SizesTheCapsGradientAtTheFirstColoursAfterTheFirstLayout) {
     slider.updateNSView(*fader);
     ASSERT_EQ(inCap.size(), 2U);
     EXPECT_EQ(inCap[0]->frame(), (Rect{0, 0, 52, 28}));
-    EXPECT_EQ(inCap[0]->looks().gradient->locations, (std::vector{0.0, 0.3, 0.7, 1.0}));
+    EXPECT_EQ(inCap[0]->looks().gradient->locations, (std::array{0.0, 0.3, 0.7, 1.0}));
     EXPECT_EQ(inCap[1], fader->gripLayer);
 }
 
@@ -162,6 +163,18 @@ TEST_F(FaderTest, DeliversWhatIsPendingWhenItGoes) {
     dragTo(16);
     fader.reset();
     EXPECT_EQ(takeHeard(), "down 0.5 0.6 ");
+}
+
+TEST_F(FaderTest, TakesAStepFromTheLastOneAlsoWhereARenderCameBetween) {
+    for (const double wanted : {0.6, 0.7, 0.8}) {
+        fader->setValueByUser(fader->latestValue() + 0.1, false);
+        slider.updateNSView(*fader); // from before the step has arrived
+        EXPECT_DOUBLE_EQ(fader->latestValue(), wanted);
+    }
+    EXPECT_EQ(takeHeard(), "0.6 0.6 0.7 0.7 0.8 0.8 ");
+    EXPECT_DOUBLE_EQ(fader->latestValue(), 0.8) << "before the next render";
+    element.value.set(0.2);
+    EXPECT_EQ(fader->latestValue(), 0.2);
 }
 
 TEST_F(FaderTest, MayGoWhileItsReportsAreDelivered) {
