@@ -15,7 +15,7 @@ struct VerticalGradient {
 /// A shadow, or a glow where it has a light colour and no offset. Lengths in points.
 struct Shadow {
     Color color;
-    double radius = 0.0; ///< standard deviation of the blur
+    double radius = 0.0;  ///< standard deviation of the blur
     double offsetY = 0.0; ///< downwards
 
     friend constexpr bool operator==(const Shadow&, const Shadow&) = default;

@@ -110,7 +110,10 @@ void FilterControlView::setShowingSettings(bool showing) {
         settings_ = std::make_shared<SettingsPanel>(
             services_,
             Binding<bool>{.get = [this] { return showingSettings_; },
-                          .set = [this](bool value) { setShowingSettings(value); }},
+                          .set =
+                              [this](bool value) {
+                                  setShowingSettings(value);
+                              }},
             [this] { scheduleRender(); });
     scheduleRender();
 }

@@ -31,9 +31,12 @@ Rectangle {
             anchors { right: parent.right; rightMargin: 24; verticalCenter: parent.verticalCenter }
             width: 16
             height: 16
+            reach: 8
             name: root.panel.settingsName
             showsFocus: root.panel.showsFocus
             takesFocus: !root.panel.showingSettings
+            // The second click on CLOSE, which lay above it, is not for the gear.
+            takesClicks: root.panel.showingSettings || root.panel.sheetLevel < 0.05
             onPressed: root.panel.pressGear()
 
             IconItem {
@@ -147,14 +150,20 @@ Rectangle {
         y: height * (1 - root.panel.sheetLevel)
         z: 2
         active: root.panel.settings !== null
+        enabled: root.panel.showingSettings // on its way out it can no longer be hit by mistake
         sourceComponent: SettingsPanel {
             panel: root.panel
             settings: root.panel.settings
         }
-        onLoaded: item.forceActiveFocus(Qt.OtherFocusReason)
+        onLoaded: item.takeFocus()
     }
     Connections {
         target: root.panel
+        function onSettingsChanged() {
+            // Opened anew before the sheet had left.
+            if (root.panel.settings !== null && sheet.item !== null)
+                sheet.item.takeFocus()
+        }
         function onShowingSettingsChanged() {
             if (!root.panel.showingSettings)
                 gear.forceActiveFocus(Qt.OtherFocusReason)

@@ -6,12 +6,13 @@ struct PanelServices;
 
 /// The window that holds the control panel. Main thread.
 ///
-/// While it is not shown it has no scene, and holds next to no memory.
+/// While it is not shown it has no scene; what draws it stays loaded once it has been.
 class PanelWindow {
 public:
     virtual ~PanelWindow() = default;
 
-    /// Shows the panel, or brings it to the front where it is shown already.
+    /// Shows the panel, or brings it to the front where it is shown already. Where it cannot be
+    /// drawn that is logged, and nothing is shown.
     virtual void show() = 0;
 
     /// Takes it off the screen and frees the scene, at the latest on a later turn of the main

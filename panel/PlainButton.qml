@@ -6,17 +6,23 @@ Item {
 
     required property string name
     required property bool showsFocus
+    // It can be reached: nothing lies over it.
     property bool takesFocus: true
+    property bool takesClicks: true
     property real ringRadius: 4
+    // How far beyond its edges it can be clicked.
+    property real reach: 0
     readonly property bool held: area.pressed && area.containsMouse
     signal pressed
 
     activeFocusOnTab: takesFocus
     opacity: held ? 0.75 : 1
+    z: activeFocus ? 1 : 0 // the ring reaches over its neighbours
 
     Accessible.role: Accessible.Button
     Accessible.name: name
     Accessible.focusable: true
+    Accessible.ignored: !takesFocus
     Accessible.onPressAction: pressed()
 
     Keys.onSpacePressed: event => { if (!event.isAutoRepeat) pressed() }
@@ -25,7 +31,8 @@ Item {
 
     MouseArea {
         id: area
-        anchors.fill: parent
+        anchors { fill: parent; margins: -button.reach }
+        enabled: button.takesClicks
         onPressed: button.forceActiveFocus(Qt.MouseFocusReason)
         onClicked: button.pressed()
     }

@@ -7,6 +7,8 @@ FocusScope {
     required property PanelModel panel
     required property SettingsModel settings
 
+    function takeFocus() { close.forceActiveFocus(Qt.OtherFocusReason) }
+
     objectName: "settings"
     Accessible.role: Accessible.Dialog
     Accessible.name: settings.title
@@ -43,8 +45,10 @@ FocusScope {
             width: closeTitle.implicitWidth
             height: closeTitle.implicitHeight
             focus: true
+            reach: 8
             name: sheet.settings.closeTitle
             showsFocus: sheet.panel.showsFocus
+            takesFocus: sheet.panel.showingSettings
             onPressed: sheet.settings.close()
 
             Text {
@@ -135,6 +139,7 @@ FocusScope {
         width: implicitWidth
         height: implicitHeight
         showsFocus: panel.showsFocus
+        takesFocus: panel.showingSettings
         ringRadius: 0
 
         Rectangle { anchors.fill: parent; color: Qt.rgba(0.15, 0.15, 0.15, 1) }

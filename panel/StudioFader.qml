@@ -13,8 +13,10 @@ Item {
 
     Text {
         id: name
-        // Drawn 2 points higher than the place it takes.
-        anchors { top: parent.top; topMargin: -2; horizontalCenter: parent.horizontalCenter }
+        // In the middle of the slot: an anchor would round to whole points. Drawn 2 points higher
+        // than the place it takes.
+        x: (parent.width - width) / 2
+        y: -2
         text: column.label
         color: column.labelColor
         font: column.panel.fonts.brand(14, "ExtraBold")
@@ -36,6 +38,7 @@ Item {
         Accessible.name: column.label
         Accessible.description: column.readout.text
         Accessible.focusable: true
+        Accessible.ignored: column.panel.showingSettings
 
         FocusRing {
             radius: 6
@@ -44,7 +47,8 @@ Item {
     }
     FaderReadout {
         id: field
-        anchors { bottom: parent.bottom; horizontalCenter: parent.horizontalCenter }
+        anchors.bottom: parent.bottom
+        x: (parent.width - width) / 2
         width: implicitWidth
         height: implicitHeight
         readout: column.readout

@@ -14,6 +14,7 @@ PlainButton {
 
     objectName: name
     showsFocus: panel.showsFocus
+    takesFocus: panel.showingSettings
     ringRadius: 0
     implicitHeight: toggle.height + 32
 

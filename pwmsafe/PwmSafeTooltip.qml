@@ -7,11 +7,12 @@ Item {
 
     required property PanelModel panel
     readonly property StatusRowModel model: panel.statusRow
+    readonly property real lineSpacing: 3
     property real presence: model.tooltipShown ? 1 : 0
 
     objectName: "pwmSafeTooltip"
     width: 260
-    height: advice.implicitHeight + 36
+    height: advice.implicitHeight - lineSpacing + 36
     y: 4 * (1 - presence) - model.tooltipLift
     z: 100
     opacity: presence
@@ -52,14 +53,22 @@ Item {
         text: tooltip.model.tooltipText
         font: tooltip.panel.fonts.monospaced(10, 400)
         color: Qt.rgba(1, 1, 1, 0.92)
+        // Below each line; what is below the last one lies outside the inset. Whole points, or the
+        // tooltip's edges would not lie on the pixel grid.
         lineHeightMode: Text.FixedHeight
-        lineHeight: metrics.height + 3
+        lineHeight: Math.ceil(metrics.height) + tooltip.lineSpacing
         Accessible.ignored: true
 
         FontMetrics {
             id: metrics
             font: advice.font
         }
+    }
+    // What lies beneath cannot be clicked.
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.AllButtons
+        onWheel: wheel => wheel.accepted = true
     }
     HoverHandler {
         enabled: tooltip.model.tooltipShown

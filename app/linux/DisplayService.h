@@ -11,7 +11,7 @@ namespace noctra {
 /// Displays with what the program has to know about them.
 struct DisplayService {
     std::unique_ptr<RandrDisplays> displays = nullptr;
-    std::string chosen = {}; ///< why this one, for the log
+    std::string chosen = {};       ///< why this one, for the log
     const char* windowSystem = ""; ///< Qt's name for where windows on these displays are opened
     std::string problem = {}; ///< why it could not be had, or what about it is not as it should be
 };

@@ -185,7 +185,9 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
     serverWatch = mainQueue.watch(displays.descriptor(), hearTheServer);
     displays.onNews([&] { mainQueue.async(hearTheServer); });
 
-    std::function<void()> endLikeALostServer = [&] { delegate.displayServerGone(); };
+    std::function<void()> endLikeALostServer = [&] {
+        delegate.displayServerGone();
+    };
     whenQtExits = &endLikeALostServer;
     std::atexit(answerQtsExit);
 

@@ -11,7 +11,9 @@
 namespace noctra {
 
 [[nodiscard]] inline QColor toQt(const Color& color) {
-    const auto component = [](double value) { return static_cast<float>(std::clamp(value, 0., 1.)); };
+    const auto component = [](double value) {
+        return static_cast<float>(std::clamp(value, 0., 1.));
+    };
     return QColor::fromRgbF(component(color.red), component(color.green), component(color.blue),
                             component(color.alpha));
 }

@@ -37,7 +37,8 @@ void IconItem::setColor(const QColor& color) {
 
 void IconItem::componentComplete() {
     QQuickPaintedItem::componentComplete();
-    decode();
+    if (!isAvailable())
+        decode(); // else anchors have given it its size just now, and that has drawn it
 }
 
 void IconItem::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) {

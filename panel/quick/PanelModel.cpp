@@ -13,9 +13,8 @@ PanelModel::PanelModel(const PanelServices& services)
       warmth_(services_, [this] { return view_.warmthFader(); }),
       brightness_(services_, [this] { return view_.brightnessFader(); }),
       warmthReadout_(view_.warmthReadout()), brightnessReadout_(view_.brightnessReadout()),
-      statusRow_(view_.statusRow(), services.pwmSafeManager),
-      isOn_(view_.powerSwitch().isOn.get()), power_(services.steadyClock, isOn_ ? 1.0 : 0.0),
-      sheet_(services.steadyClock, 0.0) {
+      statusRow_(view_.statusRow(), services.pwmSafeManager), isOn_(view_.powerSwitch().isOn.get()),
+      power_(services.steadyClock, isOn_ ? 1.0 : 0.0), sheet_(services.steadyClock, 0.0) {
     for (std::size_t i = 0; i < FilterControlView::presets.size(); ++i)
         presets_.push_back(std::make_unique<PresetModel>(view_, i));
     connect(&power_, &SpringFollower::valueChanged, this, &PanelModel::powerStyleChanged);
@@ -99,8 +98,7 @@ void PanelModel::renderReadouts() {
         emit(this->*changed)();
     };
     renderOne(warmthReadout_, view_.warmthReadout(), &PanelModel::warmthReadoutChanged);
-    renderOne(brightnessReadout_, view_.brightnessReadout(),
-              &PanelModel::brightnessReadoutChanged);
+    renderOne(brightnessReadout_, view_.brightnessReadout(), &PanelModel::brightnessReadoutChanged);
 }
 
 void PanelModel::renderPower() {
@@ -115,7 +113,8 @@ void PanelModel::renderPower() {
 
 void PanelModel::renderSettings() {
     const std::shared_ptr<SettingsPanel> panel = view_.settings();
-    if (panel && (!settings_ || !settings_->shows(*panel))) {
+    // Opened and closed again within one turn, there is nothing to show.
+    if (panel && view_.showingSettings() && (!settings_ || !settings_->shows(*panel))) {
         const auto previous = std::exchange(settings_, std::make_unique<SettingsModel>(panel));
         emit settingsChanged();
     } else if (settings_) {

@@ -33,7 +33,14 @@ QuickPanelWindow::~QuickPanelWindow() = default;
 void QuickPanelWindow::show() {
     if (!view_)
         build();
-    view_->show();
+    if (view_->status() != QQuickView::Ready) {
+        for (const QQmlError& error : view_->errors())
+            services_.log.log("ERROR: The panel cannot be drawn: " +
+                              error.toString().toStdString());
+        freeScene();
+        return;
+    }
+    view_->showNormal(); // also where it was minimised
     view_->raise();
     view_->requestActivate();
 }
@@ -53,8 +60,6 @@ void QuickPanelWindow::build() {
     view_->installEventFilter(this);
     view_->setInitialProperties({{QStringLiteral("panel"), QVariant::fromValue(model_.get())}});
     view_->setSource(panelFile);
-    for (const QQmlError& error : view_->errors())
-        services_.log.log("ERROR: The panel cannot be drawn: " + error.toString().toStdString());
     connect(model_.get(), &PanelModel::closeRequested, this, [this] { close(); });
 }
 

@@ -131,9 +131,18 @@ TEST_F(PwmSafeRow, EverythingThatTakesTheWarningAwayEndsTheHovering) {
         std::function<void()> happen;
     };
     for (const Case& given : std::vector<Case>{
-             {"the backlight is full again", [this] { setBacklight(1.0F); }},
-             {"a display can be changed", [this] { setControllable(true); }},
-             {"the panel closes", [this] { row.reset(); }},
+             {"the backlight is full again",
+              [this] {
+                  setBacklight(1.0F);
+              }},
+             {"a display can be changed",
+              [this] {
+                  setControllable(true);
+              }},
+             {"the panel closes",
+              [this] {
+                  row.reset();
+              }},
          }) {
         setControllable(false);
         PwmSafeStatusRow& shown = showWarning();
