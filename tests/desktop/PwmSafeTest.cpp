@@ -36,31 +36,15 @@ struct PwmSafe : DesktopFixture {
     }
 
     [[nodiscard]] std::unique_ptr<Program> startDriven() {
-        std::unique_ptr<Program> program = desktop().startDriven(backlight.launcher());
-        if (!program->waitForLine(runningLine))
-            throw std::runtime_error("the program did not come up");
-        return program;
+        return DesktopFixture::startDriven(backlight.launcher());
     }
     /// Starts the program and waits until the mode is on and has been checked.
     [[nodiscard]] std::unique_ptr<Program> startLocked() {
         std::unique_ptr<Program> program = startDriven();
         program->type("pwm on");
-        EXPECT_TRUE(becomes(*program, "state", "pwm=Locked"));
+        EXPECT_TRUE(answers(*program, "state", "pwm=Locked"));
         EXPECT_EQ(backlight.value(), 1000);
         return program;
-    }
-    /// Asks until the answer contains `expected`.
-    static ::testing::AssertionResult becomes(Program& program, const std::string& question,
-                                              const std::string& expected) {
-        std::string last;
-        const bool held = pollUntil(patience, [&] {
-            program.type(question);
-            for (const std::string& line : program.outputLines())
-                if (line.starts_with(question))
-                    last = line;
-            return last.find(expected) != std::string::npos;
-        });
-        return held ? ::testing::AssertionSuccess() : ::testing::AssertionFailure() << last;
     }
     [[nodiscard]] bool reaches(int value) const {
         return pollUntil(patience, [&] { return backlight.value() == value; });
@@ -74,7 +58,7 @@ TEST_F(PwmSafe, ReadsTheBacklightAndWarnsInThreeSteps) {
                                           {799, "flicker severe"},
                                           {800, "flicker mild"}}) {
         backlight.set(value);
-        EXPECT_TRUE(becomes(*program, "flicker", expected)) << value;
+        EXPECT_TRUE(answers(*program, "flicker", expected)) << value;
     }
     EXPECT_TRUE(endsCleanly(*program, SIGTERM));
     EXPECT_EQ(backlight.value(), 800) << "never touched";
@@ -82,23 +66,23 @@ TEST_F(PwmSafe, ReadsTheBacklightAndWarnsInThreeSteps) {
 
 TEST_F(PwmSafe, GoesThroughItsStatesAndPutsTheBacklightBack) {
     const std::unique_ptr<Program> program = startDriven();
-    EXPECT_TRUE(becomes(*program, "state", "pwm=Off controllable=1 flicker=severe hardware=0.4"));
+    EXPECT_TRUE(answers(*program, "state", "pwm=Off controllable=1 flicker=severe hardware=0.4"));
     program->type("pwm on");
     program->type("state");
     EXPECT_TRUE(program->waitForLine("PWM-Safe enabled - locked 1 display(s) at 100%"));
     EXPECT_TRUE(program->waitForLine("state pwm=Locking"));
-    EXPECT_TRUE(becomes(*program, "state", "pwm=Locked controllable=1 flicker=none hardware=1.0"));
+    EXPECT_TRUE(answers(*program, "state", "pwm=Locked controllable=1 flicker=none hardware=1.0"));
 
     backlight.set(500);
     EXPECT_TRUE(program->waitForLine("PWM-Safe re-assert: drift detected on display "));
     EXPECT_TRUE(program->waitForLine(" (0.5)"));
     EXPECT_TRUE(reaches(1000));
-    EXPECT_TRUE(becomes(*program, "state", "pwm=Locked"));
+    EXPECT_TRUE(answers(*program, "state", "pwm=Locked"));
 
     program->type("pwm off");
     EXPECT_TRUE(program->waitForLine("PWM-Safe disabled - restored 1 display(s)"));
     EXPECT_TRUE(reaches(priorLevel));
-    EXPECT_TRUE(becomes(*program, "state", "pwm=Off"));
+    EXPECT_TRUE(answers(*program, "state", "pwm=Off"));
     EXPECT_TRUE(endsCleanly(*program, SIGTERM));
     EXPECT_EQ(backlight.value(), priorLevel);
 }
@@ -141,7 +125,7 @@ TEST_F(PwmSafe, RevertsByItselfWhereTheBacklightStaysDark) {
     const std::unique_ptr<Program> program = startDriven();
     program->type("pwm on");
     EXPECT_TRUE(program->waitForLine("PWM-Safe verification FAILED — auto-reverting toggle"));
-    EXPECT_TRUE(becomes(*program, "state", "pwm=Off"));
+    EXPECT_TRUE(answers(*program, "state", "pwm=Off"));
     EXPECT_TRUE(endsCleanly(*program, SIGTERM));
     EXPECT_EQ(backlight.value(), priorLevel);
     EXPECT_THAT(readFile(desktop().preferencesFile()), HasSubstr("pwmSafeMode=false"));
@@ -151,7 +135,7 @@ TEST_F(PwmSafe, KeepsTheFirstLevelThroughQuickSwitching) {
     const std::unique_ptr<Program> program = startLocked();
     for (const char* request : {"pwm off", "pwm on", "pwm off", "pwm on"})
         program->type(request);
-    EXPECT_TRUE(becomes(*program, "state", "pwm=Locked"));
+    EXPECT_TRUE(answers(*program, "state", "pwm=Locked"));
     EXPECT_TRUE(endsCleanly(*program, SIGTERM));
     EXPECT_EQ(backlight.value(), priorLevel);
 }
@@ -160,7 +144,7 @@ TEST_F(PwmSafe, ComesBackWithTheNextStart) {
     EXPECT_TRUE(endsCleanly(*startLocked(), SIGTERM));
     const std::unique_ptr<Program> next = startDriven();
     EXPECT_EQ(backlight.value(), priorLevel) << "not before the panel is opened";
-    EXPECT_TRUE(becomes(*next, "state", "pwm=Locked"));
+    EXPECT_TRUE(answers(*next, "state", "pwm=Locked"));
     EXPECT_EQ(backlight.value(), 1000);
     EXPECT_TRUE(endsCleanly(*next, SIGINT));
     EXPECT_EQ(backlight.value(), priorLevel);
@@ -192,7 +176,7 @@ TEST_F(PwmSafe, AsksLogindToWriteAndHearsOfWaking) {
 TEST_F(PwmSafe, IsNotEvenLoadedWhileNobodyHasUsedIt) {
     const std::unique_ptr<Program> program = startDriven();
     backlight.set(850);
-    ASSERT_TRUE(becomes(*program, "flicker", "flicker mild")); // after a poll
+    ASSERT_TRUE(answers(*program, "flicker", "flicker mild")); // after a poll
     const std::string maps = readFile("/proc/" + std::to_string(program->id()) + "/maps");
     EXPECT_THAT(maps, AllOf(HasSubstr("noctra_driven"), Not(HasSubstr("displayservices")),
                             Not(HasSubstr("ddcutil"))));

@@ -8,10 +8,17 @@
 //   state               the same
 //   pending             prints how many timers and pieces of delayed work wait
 //   flicker             prints the warning level, without making the controller
+//   panel               prints whether the panel is shown and a fader held, the cursor that it has
+//                       pushed, and the values that the controls stand for
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <unistd.h>
+
+#include <QtGui/QCursor>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QWindow>
 
 #include "app/AppDelegate.h"
 #include "app/linux/LinuxProgram.h"
@@ -48,6 +55,31 @@ void printState() {
     std::fflush(stdout);
 }
 
+const char* nameOfPushedCursor() {
+    const QCursor* cursor = QGuiApplication::overrideCursor();
+    if (cursor == nullptr)
+        return "none";
+    return cursor->shape() == Qt::PointingHandCursor ? "hand" : "other";
+}
+
+void printPanel() {
+    bool shown = false;
+    bool dragging = false;
+    for (const QWindow* window : QGuiApplication::topLevelWindows()) {
+        shown = shown || window->isVisible();
+        const auto items = window->findChildren<QObject*>();
+        dragging = dragging || std::any_of(items.begin(), items.end(), [](const QObject* item) {
+                       return item->property("dragging").toBool();
+                   });
+    }
+    const ColorFilterManager& engine = ColorFilterManager::shared();
+    std::printf("panel shown=%d dragging=%d cursor=%s enabled=%d intensity=%s brightness=%s "
+                "extreme=%d\n",
+                shown ? 1 : 0, dragging ? 1 : 0, nameOfPushedCursor(), engine.isEnabled ? 1 : 0,
+                shortestDecimal(engine.intensity).c_str(),
+                shortestDecimal(engine.brightness).c_str(), engine.allowExtremeDim ? 1 : 0);
+}
+
 void obey(const std::string& line, const RunningProgram& program) {
     if (line == "state" || line == "open")
         printState();
@@ -59,6 +91,8 @@ void obey(const std::string& line, const RunningProgram& program) {
         std::printf("pending %zu\n", program.mainQueue.pendingCount());
     else if (line == "flicker")
         std::printf("flicker %s\n", nameOf(ColorFilterManager::shared().flickerWarningLevel()));
+    else if (line == "panel")
+        printPanel();
     else if (line == "quit")
         program.delegate.quitApp();
     else

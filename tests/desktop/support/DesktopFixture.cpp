@@ -5,6 +5,16 @@
 
 namespace noctra::desktop {
 
+namespace {
+
+std::unique_ptr<Program> running(std::unique_ptr<Program> program) {
+    if (!program->waitForLine(runningLine))
+        throw std::runtime_error("the program did not come up");
+    return program;
+}
+
+} // namespace
+
 std::unique_ptr<XServer> DesktopFixture::server_;
 
 void DesktopFixture::TearDownTestSuite() {
@@ -23,10 +33,25 @@ void DesktopFixture::SetUp() {
 }
 
 std::unique_ptr<Program> DesktopFixture::startProgram() {
-    std::unique_ptr<Program> program = desktop_->start();
-    if (!program->waitForLine(runningLine))
-        throw std::runtime_error("the program did not come up");
-    return program;
+    return running(desktop_->start());
+}
+
+std::unique_ptr<Program> DesktopFixture::startDriven(const std::vector<std::string>& launcher) {
+    return running(desktop_->startDriven(launcher));
+}
+
+::testing::AssertionResult DesktopFixture::answers(const Program& program,
+                                                   const std::string& question,
+                                                   const std::string& expected) {
+    std::string last;
+    const bool held = pollUntil(patience, [&] {
+        program.type(question);
+        for (const std::string& line : program.outputLines())
+            if (line.starts_with(question))
+                last = line;
+        return last.find(expected) != std::string::npos;
+    });
+    return held ? ::testing::AssertionSuccess() : ::testing::AssertionFailure() << last;
 }
 
 std::unique_ptr<Program> DesktopFixture::startDimmed() {
@@ -57,9 +82,14 @@ void DesktopFixture::command(const Program& program, const std::string& url) {
     return found.empty() ? ::testing::AssertionSuccess() : ::testing::AssertionFailure() << found;
 }
 
-::testing::AssertionResult DesktopFixture::becomesDimmed() const {
-    pollUntil(patience, [this] { return static_cast<bool>(isDimmed()); });
-    return isDimmed();
+::testing::AssertionResult DesktopFixture::becomesUntouched() const {
+    pollUntil(patience, [this] { return static_cast<bool>(isUntouched()); });
+    return isUntouched();
+}
+
+::testing::AssertionResult DesktopFixture::becomesDimmed(double warmth, double brightness) const {
+    pollUntil(patience, [=, this] { return static_cast<bool>(isDimmed(warmth, brightness)); });
+    return isDimmed(warmth, brightness);
 }
 
 ::testing::AssertionResult DesktopFixture::endsCleanly(Program& program, int signal) const {

@@ -34,6 +34,13 @@ protected:
     /// Hands one command to the running program, and waits until its log says that it is applied.
     void command(const Program& program, const std::string& url);
 
+    /// Starts the program with the remote control and waits until it runs.
+    [[nodiscard]] std::unique_ptr<Program>
+    startDriven(const std::vector<std::string>& launcher = {});
+    /// Asks the remote control until the answer contains `expected`.
+    [[nodiscard]] static ::testing::AssertionResult
+    answers(const Program& program, const std::string& question, const std::string& expected);
+
     /// Every CRTC carries to the last bit what it carried when the test began.
     [[nodiscard]] ::testing::AssertionResult isUntouched() const;
     /// The lit CRTCs carry the filtered tables within one step, the dark ones what they carried.
@@ -42,8 +49,10 @@ protected:
     /// The program ends with status 0 and leaves no tint.
     [[nodiscard]] ::testing::AssertionResult endsCleanly(Program& program, int signal) const;
 
-    /// As isDimmed, once the program has had the time that it may take.
-    [[nodiscard]] ::testing::AssertionResult becomesDimmed() const;
+    /// As isUntouched and isDimmed, once the program has had the time that it may take.
+    [[nodiscard]] ::testing::AssertionResult becomesUntouched() const;
+    [[nodiscard]] ::testing::AssertionResult
+    becomesDimmed(double warmth = presetWarmth, double brightness = presetBrightness) const;
 
     /// The tables from before the program came.
     [[nodiscard]] const TablesByCrtc& tablesBefore() const { return before_; }

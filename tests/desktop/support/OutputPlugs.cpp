@@ -51,21 +51,11 @@ void OutputPlugs::plugOnly(int count) const {
 }
 
 void OutputPlugs::setBuiltIn(int output, bool builtIn) const {
-    const xcb_atom_t kind = atom(builtIn ? "Panel" : "DisplayPort");
+    const xcb_atom_t kind = connection_->atom(builtIn ? "Panel" : "DisplayPort");
     connection_->check(xcb_randr_change_output_property_checked(
-                           connection_->get(), outputAt(output), atom("ConnectorType"),
+                           connection_->get(), outputAt(output), connection_->atom("ConnectorType"),
                            XCB_ATOM_ATOM, 32, XCB_PROP_MODE_REPLACE, 1, &kind),
                        "output property");
-}
-
-xcb_atom_t OutputPlugs::atom(const char* name) const {
-    xcb_connection_t* connection = connection_->get();
-    const auto length = static_cast<std::uint16_t>(std::strlen(name));
-    return XConnection::answered(xcb_intern_atom_reply(connection,
-                                                       xcb_intern_atom(connection, 0, length, name),
-                                                       nullptr),
-                                 "atom")
-        ->atom;
 }
 
 void OutputPlugs::makeRoom() const {

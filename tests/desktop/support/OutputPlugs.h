@@ -24,7 +24,6 @@ public:
 
 private:
     void makeRoom() const;
-    [[nodiscard]] xcb_atom_t atom(const char* name) const;
     [[nodiscard]] xcb_randr_output_t outputAt(int output) const;
     [[nodiscard]] xcb_randr_mode_t mode() const;
     void configure(xcb_randr_crtc_t crtc, int output, xcb_randr_mode_t mode) const;

@@ -9,7 +9,7 @@ namespace {
 
 constexpr const char* personsFolders[] = {"home", "config", "cache", "data", "state", "runtime"};
 
-std::string binary() {
+std::filesystem::path chosenBinary() {
     const char* other = std::getenv("NOCTRA_BINARY");
     return other != nullptr ? other : NOCTRA_BINARY;
 }
@@ -25,7 +25,7 @@ void passSanitizerOptions(std::vector<std::string>& environment) {
 
 TestDesktop::TestDesktop(std::string display)
     : display_(std::move(display)), bus_(std::make_unique<SessionBus>()),
-      busAddress_(bus_->address()) {
+      busAddress_(bus_->address()), binary_(chosenBinary()), drivenBinary_(NOCTRA_DRIVEN_BINARY) {
     for (const char* name : personsFolders) {
         std::filesystem::create_directory(folder_ / name);
         std::filesystem::permissions(folder_ / name, std::filesystem::perms::owner_all);
@@ -55,14 +55,14 @@ void TestDesktop::presetFilter(double warmth, double brightness, bool allowExtre
 
 std::unique_ptr<Program> TestDesktop::start(const std::vector<std::string>& arguments,
                                             Program::Output output) const {
-    std::vector<std::string> all{binary()};
+    std::vector<std::string> all{binary_};
     all.insert(all.end(), arguments.begin(), arguments.end());
     return std::make_unique<Program>(all, environment(), output);
 }
 
 std::unique_ptr<Program> TestDesktop::startDriven(const std::vector<std::string>& launcher) const {
     std::vector<std::string> all = launcher;
-    all.emplace_back(NOCTRA_DRIVEN_BINARY);
+    all.emplace_back(drivenBinary_);
     return std::make_unique<Program>(all, environment());
 }
 
@@ -70,11 +70,25 @@ std::unique_ptr<Program> TestDesktop::startOther(const std::vector<std::string>&
     return std::make_unique<Program>(command, environment());
 }
 
+void TestDesktop::copyProgramsWithout(const std::string& missing) {
+    const std::filesystem::path folder = folder_ / "programs";
+    std::filesystem::create_directory(folder);
+    for (const auto& entry : std::filesystem::directory_iterator(drivenBinary_.parent_path()))
+        if (const std::filesystem::path name = entry.path().filename();
+            name != missing && (name.extension() == ".so" || entry.is_directory()))
+            std::filesystem::create_symlink(entry.path(), folder / name);
+    // Not as links: a program looks where its file really is.
+    for (std::filesystem::path* binary : {&binary_, &drivenBinary_}) {
+        std::filesystem::copy_file(*binary, folder / binary->filename());
+        *binary = folder / binary->filename();
+    }
+}
+
 void TestDesktop::installDesktopEntry() const {
     std::string entry = readFile(NOCTRA_DESKTOP_ENTRY);
     const std::string command = "\nExec=";
     entry.replace(entry.find(command), command.size() + std::string("noctra").size(),
-                  command + binary()); // the built one, wherever it is
+                  command + binary_.string()); // the built one, wherever it is
     std::filesystem::create_directories(folder_ / "data/applications");
     writeFile(folder_ / "data/applications/org.noctra.Noctra.desktop", entry);
     writeFile(folder_ / "config/mimeapps.list",

@@ -40,6 +40,10 @@ public:
     [[nodiscard]] std::unique_ptr<Program>
     startDriven(const std::vector<std::string>& launcher = {}) const;
 
+    /// From now on the two above start copies in a folder of their own, which holds all that the
+    /// programs look for beside themselves except the file `missing`.
+    void copyProgramsWithout(const std::string& missing);
+
     /// Starts another program of this desktop; `command` is its path and its arguments.
     [[nodiscard]] std::unique_ptr<Program>
     startOther(const std::vector<std::string>& command) const;
@@ -54,6 +58,8 @@ private:
     std::unique_ptr<SessionBus> bus_;
     std::string busAddress_;
     std::map<std::string, std::string> extra_;
+    std::filesystem::path binary_;
+    std::filesystem::path drivenBinary_;
 };
 
 } // namespace noctra::desktop

@@ -55,6 +55,15 @@ public:
         return XReply<Record>(reply);
     }
 
+    [[nodiscard]] xcb_atom_t atom(const std::string& name) const {
+        const auto length = static_cast<std::uint16_t>(name.size());
+        return answered(xcb_intern_atom_reply(connection_,
+                                              xcb_intern_atom(connection_, 0, length, name.c_str()),
+                                              nullptr),
+                        "atom")
+            ->atom;
+    }
+
     using Resources = XReply<xcb_randr_get_screen_resources_current_reply_t>;
     [[nodiscard]] Resources resources() const {
         return answered(
