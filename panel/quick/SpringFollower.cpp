@@ -12,8 +12,8 @@ constexpr double restThreshold = 1e-4;
 SpringFollower::SpringFollower(const SteadyClock& clock, double value, QObject* parent)
     : QAbstractAnimation(parent), clock_(clock), value_(value), target_(value) {}
 
-void SpringFollower::moveTo(double target, const std::optional<SpringSpec>& spec) {
-    if (!spec) {
+void SpringFollower::moveTo(double target, const std::optional<SpringSpec>& spring) {
+    if (!spring) {
         stop();
         spring_.reset();
         target_ = target;
@@ -25,7 +25,7 @@ void SpringFollower::moveTo(double target, const std::optional<SpringSpec>& spec
         return;
     const double velocity = spring_ ? spring_->velocity(elapsed()) : 0.0;
     target_ = target;
-    spring_.emplace(Seconds(spec->response), spec->dampingFraction, value_ - target, velocity);
+    spring_.emplace(Seconds(spring->response), spring->dampingFraction, value_ - target, velocity);
     start_ = clock_.now();
     start();
 }

@@ -146,6 +146,17 @@ TEST_F(PanelStatusRow, TheSheetOverTheWarningGivesTheCursorBack) {
     EXPECT_TRUE(cursorIs("hand")) << "it is under the pointer again";
 }
 
+TEST_F(PanelStatusRow, TheBacklightGoesBackWhereTheXServerDiesUnderTheOpenPanel) {
+    startWithRow();
+    click(controls::pwmSafe);
+    ASSERT_TRUE(reads(controls::pwmSafe, "ON"));
+    ASSERT_EQ(backlight.value(), 1000);
+    hands().press(control(controls::warmth).extents().center()); // in the middle of a drag
+    server().killAtOnce();
+    EXPECT_EQ(program->waitForEnding(), exited(1));
+    EXPECT_EQ(backlight.value(), severeLevel);
+}
+
 } // namespace
 
 } // namespace noctra::desktop
