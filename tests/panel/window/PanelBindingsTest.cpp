@@ -1,0 +1,224 @@
+// What the engine and the controller say, as it comes to be seen. Colours by their places in a
+// window at scale factor 1.
+
+#include <cmath>
+#include <vector>
+
+#include "panel/CubicBezier.h"
+#include "tests/panel/window/DampedOscillator.h"
+#include "tests/panel/window/PanelScene.h"
+#include "tests/panel/window/PixelRuler.h"
+
+namespace noctra {
+
+namespace {
+
+struct PanelBindings : PanelScene {
+    [[nodiscard]] static QColor at(int x, int y) { return grab().pixelColor(x, y); }
+    /// The power switch's colour at its left, in the middle of its height.
+    [[nodiscard]] static QColor power() { return at(40, 493); }
+    /// What it is at `level`, from 0 (off) to 1 (on).
+    static Color powerAt(double level) {
+        const auto mixed = [level](double off, double on) {
+            return std::clamp(off + (on - off) * level, 0.0, 1.0);
+        };
+        const double share = 27.5 / 54.0;
+        const double grey = mixed(0.15, 0.0) * (1 - share) + mixed(0.1, 0.0) * share;
+        return {mixed(0.15, 0.8) * (1 - share) + mixed(0.1, 0.6) * share, grey, grey};
+    }
+    /// The fill of the preset's box, in the middle of its height.
+    [[nodiscard]] static QColor preset(const QString& name) {
+        return at(qRound(box(name).left()) + 8, qRound(box(name).center().y()));
+    }
+    /// The place of the cap's middle above value 0, as a share of the slot.
+    [[nodiscard]] static double cap(const QString& fader) {
+        static_cast<void>(grab()); // a frame puts it where it belongs
+        const QQuickItem& item = PanelScene::item(fader);
+        const QQuickItem* picture = item.childItems().at(2);
+        // Its shadow, 6 points of blur and 4 downwards, is a part of the picture.
+        const double middle = picture->y() + picture->height() / 2 - 4.0;
+        return (item.height() - 20.0 - 6.0 - middle) / slot();
+    }
+    /// What rounding to whole pixels may do to it.
+    static constexpr double pixel = 0.0045;
+
+    [[nodiscard]] static QString readout(const char* name) {
+        const QVariant value = model().property(name);
+        const QMetaObject* type = value.metaType().metaObject();
+        return type->property(type->indexOfProperty("text"))
+            .readOnGadget(value.constData())
+            .toString();
+    }
+};
+
+} // namespace
+
+TEST_F(PanelBindings, ChangesFromOutsideShowAtOnceButTheFadersGlide) {
+    engine.intensity = 0.0;
+    open();
+    EXPECT_LE(distance(power(), powerAt(0.0)), 1.6);
+    engine.isEnabled = true;
+    settle();
+    EXPECT_LE(distance(power(), powerAt(1.0)), 1.6);
+    engine.intensity = 0.5;
+    engine.brightness = 0.29;
+    settle();
+    EXPECT_EQ(readout("warmthReadout"), "3,250K");
+    EXPECT_EQ(readout("brightnessReadout"), "28%");
+    EXPECT_NEAR(cap("WARMTH"), 0.0, pixel);
+    advance(Seconds(0.3));
+    EXPECT_NEAR(cap("WARMTH"), 0.5, pixel);
+    EXPECT_NEAR(cap("BRIGHTNESS"), 0.29, pixel);
+    engine.isEnabled = false;
+    settle();
+    EXPECT_LE(distance(power(), powerAt(0.0)), 1.6);
+}
+
+TEST_F(PanelBindings, PressesMoveTheSwitchsColoursLikeDampedSprings) {
+    engine.intensity = 0.0;
+    open();
+    struct Press {
+        QString control;
+        bool on;
+        DampedOscillator spring;
+    };
+    for (const auto& [control, on, spring] : std::vector<Press>{{"power", true, {0.3, 0.6}},
+                                                                {"power", false, {0.3, 0.6}},
+                                                                {"EVENING", true, {0.5, 1.0}}}) {
+        click(control);
+        EXPECT_EQ(engine.isEnabled, on);
+        double passed = 0.0;
+        for (const double time : {0.0, 0.03, 0.08, 0.15, 0.2, 0.25, 0.4, 0.6}) {
+            advance(Seconds(time - passed));
+            passed = time;
+            const double way = 1.0 - spring.offset(time, 1.0, 0.0);
+            EXPECT_LE(distance(power(), powerAt(on ? way : 1.0 - way)), 2.0)
+                << control.toStdString() << ' ' << on << ' ' << time;
+        }
+        advance(Seconds(2));
+        EXPECT_LE(distance(power(), powerAt(on ? 1.0 : 0.0)), 1.6);
+    }
+}
+
+TEST_F(PanelBindings, APresetsHighlightFadesAndTheFaderGlidesEasingOut) {
+    engine.intensity = 0.0;
+    open();
+    const auto fill = [](double level) {
+        return Color::grey(0.1 + 0.125 * level);
+    };
+    EXPECT_LE(distance(preset("NIGHT"), fill(0)), 2.0);
+    click("NIGHT");
+    double passed = 0.0;
+    for (const double time : {0.0, 0.02, 0.06, 0.1, 0.14, 0.2, 0.25, 0.3}) {
+        advance(Seconds(time - passed));
+        passed = time;
+        EXPECT_LE(distance(preset("NIGHT"), fill(timing::easeOut(time / 0.25))), 2.0) << time;
+        EXPECT_NEAR(cap("WARMTH"), timing::easeOut(time / 0.18), pixel) << time;
+        EXPECT_NEAR(cap("BRIGHTNESS"), 1.0 - 0.3 * timing::easeOut(time / 0.18), pixel) << time;
+    }
+    engine.intensity = 0.992;
+    settle();
+    EXPECT_NEAR(cap("WARMTH"), 0.992, pixel) << "so little is not worth a glide";
+    engine.intensity = 0.981;
+    settle();
+    EXPECT_NEAR(cap("WARMTH"), 0.992, pixel);
+}
+
+TEST_F(PanelBindings, NothingMovesUnderReducedMotion) {
+    desktop.motion.reduced = true;
+    engine.intensity = 0.0;
+    setBacklight(0.1F);
+    open();
+    click("NIGHT");
+    EXPECT_LE(distance(power(), powerAt(1.0)), 1.6);
+    EXPECT_LE(distance(preset("NIGHT"), Color::grey(0.225)), 2.0);
+    EXPECT_NEAR(cap("WARMTH"), 1.0, pixel);
+    click("power");
+    EXPECT_LE(distance(power(), powerAt(0.0)), 1.6);
+
+    move(box("pwmSafeWarning").center().toPoint());
+    desktop.advance(Seconds(0.5));
+    settle();
+    EXPECT_EQ(item("pwmSafeTooltip").opacity(), 1.0);
+    EXPECT_EQ(box("pwmSafeTooltip").bottom(), box("pwmSafeWarning").top() - 10.0);
+    setBacklight(1.0F);
+    settle();
+    EXPECT_EQ(find("pwmSafeTooltip"), nullptr);
+    EXPECT_EQ(item("pwmSafeWarning").opacity(), 0.0);
+
+    click("gear");
+    EXPECT_EQ(box("settings").y(), 0.0);
+    click("ALLOW EXTREME DIM");
+    const QRectF row = box("ALLOW EXTREME DIM");
+    EXPECT_LE(distance(at(254, qRound(row.center().y())), colors::systemRed), 2.0);
+    click("close");
+    EXPECT_EQ(find("settings"), nullptr);
+}
+
+TEST_F(PanelBindings, ExtremeDimLowersTheLowerEndOfTheBrightnessFader) {
+    engine.allowExtremeDim = true;
+    open();
+    const QPoint start = box("BRIGHTNESS").center().toPoint();
+    press(start);
+    move(start + QPoint(0, 400));
+    release(start + QPoint(0, 400));
+    EXPECT_EQ(engine.brightness, 0.0);
+    EXPECT_EQ(readout("brightnessReadout"), "0%");
+    EXPECT_NEAR(cap("BRIGHTNESS"), 0.0, pixel);
+    engine.allowExtremeDim = false;
+    settle();
+    EXPECT_EQ(engine.brightness, 0.1);
+    EXPECT_NEAR(cap("BRIGHTNESS"), 0.0, pixel) << "it glides";
+    advance(Seconds(0.2));
+    EXPECT_NEAR(cap("BRIGHTNESS"), 0.1, pixel);
+    press(start);
+    move(start + QPoint(0, 400));
+    EXPECT_EQ(engine.brightness, 0.1);
+    release(start);
+}
+
+TEST_F(PanelBindings, ADragPassesThePresetsByAndTheOneItEndsOnLightsUp) {
+    engine.intensity = 0.0;
+    open();
+    const QPoint start = box("WARMTH").center().toPoint();
+    const int up = qRound(0.385 * slot());
+    const QPoint day = start - QPoint(0, up);
+    press(start);
+    move(day);
+    advance(Seconds(0.5));
+    EXPECT_NEAR(engine.intensity, up / slot(), 1e-9);
+    EXPECT_LE(distance(preset("DAY"), Color::grey(0.1)), 2.0);
+    release(day);
+    advance(Seconds(0.5));
+    EXPECT_LE(distance(preset("DAY"), Color::grey(0.225)), 2.0);
+}
+
+TEST_F(PanelBindings, TheTooltipAndTheBarsColoursEaseInAndOut) {
+    setBacklight(0.1F);
+    open();
+    const QRectF warning = box("pwmSafeWarning");
+    move(warning.center().toPoint());
+    desktop.advance(Seconds(0.5));
+    advance(Seconds(0.06));
+    const double share = timing::easeInOut(0.06 / 0.18);
+    EXPECT_NEAR(item("pwmSafeTooltip").opacity(), share, 0.01);
+    EXPECT_NEAR(box("pwmSafeTooltip").bottom(), warning.top() - 10 + 4 * (1 - share), 0.05);
+    move({3, 200});
+    advance(Seconds(0.5));
+    EXPECT_EQ(find("pwmSafeTooltip"), nullptr);
+
+    setControllable(true);
+    settle();
+    const QPoint outline(160, qRound(box("pwmSafeBar").top()));
+    const Color fill = over(Color::grey(0.1), colors::black.withAlpha(0.45));
+    click("pwmSafeBar");
+    move({3, 200});
+    advance(Seconds(0.05));
+    const double way = timing::easeInOut(0.05 / 0.15);
+    const Color yellow = colors::systemYellow;
+    const Color mixed{1.0, 1.0 + (yellow.green - 1.0) * way, 1.0 + (yellow.blue - 1.0) * way,
+                      0.08 + 0.32 * way};
+    EXPECT_LE(distance(at(outline.x(), outline.y()), over(fill, mixed)), 3.0);
+}
+
+} // namespace noctra

@@ -1,0 +1,164 @@
+// The panel worked with the keyboard, and its end.
+
+#include <string>
+#include <vector>
+
+#include <QtCore/QPointer>
+
+#include "tests/panel/window/PanelScene.h"
+
+namespace noctra {
+
+namespace {
+
+struct PanelFocus : PanelScene {
+    /// The controls that get the focus, one after the other.
+    std::string walk(Qt::Key step, int count) {
+        std::string way;
+        for (; count > 0; --count) {
+            key(step, step == Qt::Key_Backtab ? Qt::ShiftModifier : Qt::NoModifier);
+            way += focused().toStdString() + ' ';
+        }
+        return way;
+    }
+    void focus(const QString& name) {
+        for (int step = 0; step < 20 && focused() != name; ++step)
+            key(Qt::Key_Tab);
+        ASSERT_EQ(focused(), name);
+    }
+    /// Where the ring of the focus is seen; empty where it is not.
+    [[nodiscard]] static QRectF ring() {
+        const QImage picture = grab();
+        QRect found;
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x)
+                if (picture.pixelColor(x, y) == QColor(0x6c, 0xb2, 0xff))
+                    found |= QRect(x, y, 1, 1);
+        return found;
+    }
+};
+
+} // namespace
+
+TEST_F(PanelFocus, TabGoesThroughTheControlsFromTopToBottomAndRound) {
+    open();
+    EXPECT_EQ(walk(Qt::Key_Tab, 8), "gear WARMTH BRIGHTNESS DAY EVENING NIGHT power gear ");
+    EXPECT_EQ(walk(Qt::Key_Backtab, 3), "power NIGHT EVENING ");
+    setControllable(true);
+    settle();
+    EXPECT_EQ(walk(Qt::Key_Backtab, 4), "DAY pwmSafeBar BRIGHTNESS WARMTH ");
+}
+
+TEST_F(PanelFocus, StaysWithinTheSheetAndComesBackToTheGear) {
+    open();
+    focus("gear");
+    for (const Qt::Key closing : {Qt::Key_Escape, Qt::Key_Space}) {
+        key(Qt::Key_Return);
+        EXPECT_EQ(focused(), "close");
+        EXPECT_EQ(walk(Qt::Key_Tab, 6),
+                  "LAUNCH AT LOGIN ALLOW EXTREME DIM copy stop close LAUNCH AT LOGIN ");
+        EXPECT_EQ(walk(Qt::Key_Backtab, 3), "close stop copy ");
+        focus("close");
+        advance(Seconds(0.1));
+        key(closing);
+        EXPECT_EQ(focused(), "gear");
+        EXPECT_EQ(walk(Qt::Key_Tab, 2), "WARMTH BRIGHTNESS ") << "while the sheet leaves";
+        EXPECT_EQ(walk(Qt::Key_Backtab, 3), "WARMTH gear power ");
+        focus("gear");
+        advance(Seconds(2));
+        EXPECT_EQ(focused(), "gear");
+    }
+}
+
+TEST_F(PanelFocus, SpaceAndReturnPressWhatHasTheFocus) {
+    setControllable(true);
+    open();
+    for (const Qt::Key pressing : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        engine.intensity = 0.0;
+        engine.isEnabled = false;
+        focus("EVENING");
+        key(pressing);
+        EXPECT_TRUE(engine.isEnabled);
+        EXPECT_EQ(engine.brightness, 0.85);
+        focus("power");
+        key(pressing);
+        EXPECT_FALSE(engine.isEnabled);
+        const bool on = manager.isEnabled;
+        focus("pwmSafeBar");
+        key(pressing);
+        EXPECT_NE(manager.isEnabled, on);
+    }
+}
+
+TEST_F(PanelFocus, ShowsItsRingForTheKeyboardOnly) {
+    open();
+    EXPECT_TRUE(ring().isEmpty());
+    click("EVENING");
+    EXPECT_EQ(focused(), "EVENING");
+    EXPECT_TRUE(ring().isEmpty());
+    key(Qt::Key_Tab);
+    for (const char* name : {"NIGHT", "power", "gear", "WARMTH"}) {
+        EXPECT_EQ(focused(), name);
+        const QRectF around = box(name).adjusted(-3, -3, 3, 3);
+        EXPECT_LE((ring().topLeft() - around.topLeft()).manhattanLength(), 2.0) << name;
+        EXPECT_LE((ring().bottomRight() - around.bottomRight()).manhattanLength(), 2.0) << name;
+        key(Qt::Key_Tab);
+    }
+    click("BRIGHTNESS");
+    EXPECT_TRUE(ring().isEmpty());
+    key(Qt::Key_Up);
+    EXPECT_TRUE(ring().isEmpty()) << "the fader's keys do not move the focus";
+}
+
+TEST_F(PanelFocus, EscapeClosesTheSheetFirstAndThenThePanelWithAllThatIsInIt) {
+    setBacklight(0.1F);
+    open();
+    openSheet();
+    key(Qt::Key_Escape);
+    EXPECT_TRUE(panel->isShown());
+    EXPECT_FALSE(model().property("showingSettings").toBool());
+    advance(Seconds(2));
+    openSheet();
+    key(Qt::Key_Escape);
+    advance(Seconds(0.1)); // it is still leaving
+    move(box("pwmSafeWarning").topLeft().toPoint() + QPoint(2, 2));
+    advance(Seconds(0.1));
+    std::vector<QPointer<QQuickItem>> items;
+    for (QQuickItem* one : window()->contentItem()->findChildren<QQuickItem*>())
+        items.emplace_back(one);
+    const QPointer<QQuickWindow> closing = window();
+    const QPointer<QObject> shown = &model();
+    ASSERT_GT(items.size(), 50U);
+
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(panel->isShown());
+    EXPECT_TRUE(closing.isNull());
+    EXPECT_TRUE(shown.isNull());
+    for (const auto& one : items)
+        ASSERT_TRUE(one.isNull()) << one->metaObject()->className();
+    EXPECT_EQ(desktop.cursor.depth, 0);
+    advance(Seconds(2)); // what was still to come finds nothing
+    engine.intensity = 0.7;
+    settle();
+
+    open();
+    EXPECT_TRUE(panel->isShown());
+    EXPECT_EQ(find("settings"), nullptr);
+}
+
+TEST_F(PanelFocus, ThePanelClosesWhileAFaderIsHeld) {
+    open();
+    const QPoint start = box("WARMTH").center().toPoint();
+    press(start);
+    move(start - QPoint(0, 20));
+    const double held = engine.intensity;
+    window()->close();
+    settle();
+    EXPECT_EQ(window(), nullptr);
+    advance(Seconds(1));
+    EXPECT_EQ(engine.intensity, held);
+    open();
+    EXPECT_EQ(engine.intensity, held);
+}
+
+} // namespace noctra

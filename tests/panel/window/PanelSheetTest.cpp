@@ -1,0 +1,171 @@
+// The settings sheet: how it moves, and what it leaves alone.
+
+#include <vector>
+
+#include <QtCore/QPointer>
+
+#include "foundation/Color.h"
+#include "panel/CubicBezier.h"
+#include "tests/panel/window/DampedOscillator.h"
+#include "tests/panel/window/PanelScene.h"
+
+namespace noctra {
+
+namespace {
+
+struct PanelSheet : PanelScene {
+    static constexpr DampedOscillator spring{0.35, 0.8};
+
+    /// How far the sheet is below its place, as a share of the panel's height.
+    [[nodiscard]] static double below() { return box("settings").y() / 540.0; }
+    [[nodiscard]] static QString copyTitle() { return item("copy").property("name").toString(); }
+};
+
+} // namespace
+
+TEST_F(PanelSheet, SlidesInAndOutLikeADampedSpringAndIsGoneThen) {
+    open();
+    for (const bool opens : {true, false}) {
+        click(opens ? "gear" : "close");
+        double passed = 0.0;
+        for (const double time : {0.0, 0.02, 0.05, 0.1, 0.15, 0.2, 0.3, 0.4}) {
+            advance(Seconds(time - passed));
+            passed = time;
+            const double offset = spring.offset(time, 1.0, 0.0);
+            EXPECT_NEAR(below(), opens ? offset : 1.0 - offset, 1e-9) << opens << ' ' << time;
+        }
+        if (opens) {
+            advance(Seconds(1));
+            EXPECT_EQ(below(), 0.0);
+        }
+    }
+    const QPointer<QQuickItem> sheet = &item("settings");
+    advance(Seconds(1));
+    EXPECT_TRUE(sheet.isNull());
+}
+
+TEST_F(PanelSheet, TurnsRoundOnTheWayWithItsSpeed) {
+    open();
+    click("gear");
+    advance(Seconds(0.1));
+    const double offset = spring.offset(0.1, 1.0, 0.0);
+    const double speed = spring.speed(0.1, 1.0, 0.0);
+    key(Qt::Key_Escape);
+    for (int step = 1; step <= 15; ++step) {
+        advance(Seconds(0.02));
+        EXPECT_NEAR(below(), 1.0 + spring.offset(step * 0.02, offset - 1.0, speed), 1e-6) << step;
+    }
+    // And up again by the gear.
+    const double down = spring.offset(0.3, offset - 1.0, speed);
+    const double fall = spring.speed(0.3, offset - 1.0, speed);
+    key(Qt::Key_Space);
+    advance(Seconds(0.04));
+    EXPECT_NEAR(below(), spring.offset(0.04, 1.0 + down, fall), 1e-6);
+    advance(Seconds(2));
+    EXPECT_EQ(below(), 0.0);
+}
+
+TEST_F(PanelSheet, ForgetsTheConfirmationOfACopyAtEachOpening) {
+    open();
+    openSheet();
+    EXPECT_EQ(copyTitle(), "COPY DIAGNOSTICS");
+    click("copy");
+    EXPECT_EQ(copyTitle(), "COPIED DIAGNOSTICS");
+    EXPECT_EQ(desktop.clipboard.text, "the log");
+    click("close");
+    advance(Seconds(0.1));
+    EXPECT_EQ(copyTitle(), "COPIED DIAGNOSTICS") << "it is still the same sheet";
+    key(Qt::Key_Return);
+    EXPECT_EQ(copyTitle(), "COPY DIAGNOSTICS");
+    advance(Seconds(0.6));
+    click("copy");
+    advance(Seconds(1.4)); // the first copy's end comes to nothing
+    EXPECT_EQ(copyTitle(), "COPIED DIAGNOSTICS");
+    advance(Seconds(0.1));
+    EXPECT_EQ(copyTitle(), "COPY DIAGNOSTICS");
+}
+
+TEST_F(PanelSheet, TheConfirmationsColourEasesInAndOut) {
+    open();
+    openSheet();
+    const Color green = colors::systemGreen;
+    const auto red = [] {
+        for (const QQuickItem* child : item("copy").childItems())
+            if (child->property("text").isValid())
+                return child->property("color").value<QColor>().redF();
+        return -1.0F;
+    };
+    click("copy");
+    for (const double time : {0.05, 0.1, 0.15}) {
+        advance(Seconds(0.05));
+        const double way = timing::easeInOut(time / 0.2);
+        EXPECT_NEAR(red(), 1.0 + (green.red - 1.0) * way, 0.005) << time;
+    }
+    advance(Seconds(1.35));
+    EXPECT_EQ(copyTitle(), "COPY DIAGNOSTICS");
+    EXPECT_NEAR(red(), green.red, 0.005);
+    advance(Seconds(0.2));
+    EXPECT_EQ(red(), 1.0F);
+}
+
+TEST_F(PanelSheet, LetsNothingThroughToThePointer) {
+    setBacklight(0.1F);
+    engine.intensity = 0.5;
+    engine.brightness = 0.5;
+    open();
+    std::vector<QPoint> beneath;
+    for (const char* name : {"DAY", "EVENING", "NIGHT", "power", "pwmSafeWarning"})
+        beneath.push_back(box(name).center().toPoint());
+    for (const char* name : {"WARMTH", "BRIGHTNESS"})
+        for (const int side : {-40, 40})
+            beneath.push_back({qRound(box(name).center().x()) + side, 288});
+    openSheet();
+    for (const QPoint& point : beneath) {
+        move(point);
+        click(point);
+        wheel(point, 120);
+        press(point);
+        move(point - QPoint(0, 20));
+        advance(Seconds(0.7));
+        release(point - QPoint(0, 20));
+        EXPECT_FALSE(engine.isEnabled) << point.y();
+        EXPECT_EQ(engine.intensity, 0.5) << point.x() << ", " << point.y();
+        EXPECT_EQ(engine.brightness, 0.5) << point.x() << ", " << point.y();
+    }
+    EXPECT_EQ(desktop.cursor.pushes, 0);
+    EXPECT_EQ(find("pwmSafeTooltip"), nullptr);
+    EXPECT_NE(find("settings"), nullptr);
+}
+
+TEST_F(PanelSheet, TakesTheHoverAwayFromWhatItCovers) {
+    setBacklight(0.1F);
+    open();
+    move(box("pwmSafeWarning").center().toPoint());
+    advance(Seconds(1));
+    ASSERT_NE(find("pwmSafeTooltip"), nullptr);
+    key(Qt::Key_Tab);
+    key(Qt::Key_Space);
+    advance(Seconds(1));
+    EXPECT_EQ(find("pwmSafeTooltip"), nullptr);
+    EXPECT_EQ(desktop.cursor.depth, 0);
+    key(Qt::Key_Escape);
+    advance(Seconds(1));
+    move(box("pwmSafeWarning").center().toPoint() + QPoint(4, 0));
+    EXPECT_EQ(desktop.cursor.depth, 1);
+}
+
+TEST_F(PanelSheet, SwitchesWhatTheEngineKeeps) {
+    open();
+    openSheet();
+    click("LAUNCH AT LOGIN");
+    EXPECT_TRUE(engine.startAtLogin);
+    click(box("ALLOW EXTREME DIM").topLeft().toPoint() + QPoint(2, 2));
+    EXPECT_TRUE(engine.allowExtremeDim);
+    engine.allowExtremeDim = false;
+    settle();
+    EXPECT_FALSE(item("ALLOW EXTREME DIM").property("isOn").toBool());
+    click("stop");
+    EXPECT_EQ(desktop.application.terminatedWith, 0);
+}
+
+} // namespace noctra
