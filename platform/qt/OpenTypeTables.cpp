@@ -14,6 +14,24 @@ std::optional<int> number(const QByteArray& table, qsizetype offset) {
 
 } // namespace
 
+QByteArray openTypeTable(const QByteArray& file, const char* tag) {
+    constexpr int headerSize = 12;
+    constexpr int recordSize = 16;
+    const int count = number(file, 4).value_or(0);
+    for (int index = 0; index < count; ++index) {
+        const QByteArray record = file.mid(headerSize + recordSize * index, recordSize);
+        if (record.size() < recordSize)
+            return {};
+        if (!record.startsWith(tag))
+            continue;
+        const auto offset = qFromBigEndian<quint32>(record.constData() + 8);
+        const auto length = qFromBigEndian<quint32>(record.constData() + 12);
+        const QByteArray table = file.mid(offset, length);
+        return table.size() == length ? table : QByteArray();
+    }
+    return {};
+}
+
 std::optional<std::string> postScriptName(const QByteArray& nameTable) {
     constexpr int headerSize = 6;
     constexpr int recordSize = 12;

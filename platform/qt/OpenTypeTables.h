@@ -7,8 +7,11 @@
 
 namespace noctra {
 
-// Two facts out of a font file's tables (OpenType 1.9). Tables that are damaged or cut short hold
-// nothing.
+// Facts out of a font file's tables (OpenType 1.9). Files and tables that are damaged or cut short
+// hold nothing.
+
+/// The table called `tag` (four letters) of a font file's bytes; empty where there is none.
+QByteArray openTypeTable(const QByteArray& file, const char* tag);
 
 /// The PostScript name, from the table "name".
 std::optional<std::string> postScriptName(const QByteArray& nameTable);

@@ -2,16 +2,19 @@
 
 #include <algorithm>
 
+#include <QtCore/QFile>
 #include <QtCore/QString>
 #include <QtGui/QFontDatabase>
 #include <QtGui/QFontInfo>
-#include <QtGui/QRawFont>
 
 #include "platform/qt/OpenTypeTables.h"
 
 namespace noctra {
 
 namespace {
+
+// Far above what a font of the program's own has.
+constexpr qint64 largestFont = 16 << 20;
 
 /// What Qt draws with in the end: the desktop's setting may be a generic name such as "monospace".
 std::string resolvedFamily(QFontDatabase::SystemFont kind) {
@@ -21,23 +24,31 @@ std::string resolvedFamily(QFontDatabase::SystemFont kind) {
 } // namespace
 
 bool QtFonts::registerFont(const std::string& path) {
-    const QString file = QString::fromStdString(path);
-    const int id = QFontDatabase::addApplicationFont(file);
-    const QStringList families = QFontDatabase::applicationFontFamilies(id);
-    if (families.isEmpty())
+    QFile file(QString::fromStdString(path));
+    if (!file.open(QIODevice::ReadOnly))
         return false;
-    // The size matters to none of the tables.
-    const QRawFont font(file, 16.0);
-    if (const auto name = postScriptName(font.fontTable("name"))) {
-        const int weight = weightClass(font.fontTable("OS/2")).value_or(QFont::Normal);
-        faces_[*name] = {families.first().toStdString(), std::clamp(weight, 100, 900)};
-    }
+    const QByteArray bytes = file.read(largestFont);
+    const auto name = postScriptName(openTypeTable(bytes, "name"));
+    if (!name)
+        return false;
+    const int weight = weightClass(openTypeTable(bytes, "OS/2")).value_or(QFont::Normal);
+    fonts_.try_emplace(*name, Registered{path, std::clamp(weight, 100, 900), {}});
     return true;
 }
 
 std::optional<FontFace> QtFonts::find(std::string_view name) const {
-    const auto face = faces_.find(name);
-    return face == faces_.end() ? std::nullopt : std::optional(face->second);
+    const auto found = fonts_.find(name);
+    if (found == fonts_.end())
+        return std::nullopt;
+    Registered& font = found->second;
+    if (font.family.empty()) {
+        const int id = QFontDatabase::addApplicationFont(QString::fromStdString(font.file));
+        const QStringList families = QFontDatabase::applicationFontFamilies(id);
+        if (families.isEmpty())
+            return std::nullopt;
+        font.family = families.first().toStdString();
+    }
+    return FontFace{font.family, font.weight};
 }
 
 std::string QtFonts::systemFamily() const {

@@ -77,6 +77,14 @@ TEST(OpenTypeTables, HoldNothingWhereTheyAreCutShort) {
         EXPECT_EQ(postScriptName(names.left(size)), std::nullopt) << size;
     EXPECT_EQ(weightClass(QByteArray("\0\4\0\0\3\x20", 6)), 800);
     EXPECT_EQ(weightClass(QByteArray("\0\4\0\0\3", 5)), std::nullopt);
+    const QByteArray file("\0\1\0\0\0\1\0\0\0\0\0\0"       // one table
+                          "OS/2\0\0\0\0\0\0\0\x1c\0\0\0\2" // two bytes from 28
+                          "ab",
+                          30);
+    EXPECT_EQ(openTypeTable(file, "OS/2"), "ab");
+    EXPECT_EQ(openTypeTable(file, "name"), "");
+    for (qsizetype size = 0; size < file.size(); ++size)
+        EXPECT_EQ(openTypeTable(file.left(size), "OS/2"), "") << size;
 }
 
 } // namespace noctra
