@@ -11,14 +11,6 @@ namespace noctra::desktop {
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool freedMemoryIsKept = true;
-#elif defined(__has_feature)
-constexpr bool freedMemoryIsKept = __has_feature(address_sanitizer);
-#else
-constexpr bool freedMemoryIsKept = false;
-#endif
-
 /// What the memory may grow by over 1,800 toggles. The address sanitizer holds freed memory back.
 constexpr long slackKiB = freedMemoryIsKept ? 32 * 1024 : 256;
 

@@ -56,7 +56,8 @@ TEST_F(PanelWindow, FollowsACommandWhileItIsOpenAndIsNotOpenedTwice) {
 
 TEST_F(PanelWindow, OpenedAndClosedManyTimesTakesNoMoreMemory) {
     constexpr int rounds = 30;
-    constexpr long tolerance = 3 * 1024;
+    constexpr long tolerance = freedMemoryIsKept ? 32 * 1024 : 3 * 1024;
+    desktop().setVariable("ASAN_OPTIONS", "quarantine_size_mb=1"); // where it is built with that
     const std::unique_ptr<Program> program = startProgram();
     long first = 0;
     for (int round = 0; round <= rounds; ++round) {

@@ -96,6 +96,7 @@ void Accessible::setValue(double value) const {
 
 void Accessible::perform(const std::string& action) const {
     const auto answer = call(actionInterface, "GetActions").value(0).value<QDBusArgument>();
+    int found = -1;
     answer.beginArray();
     for (int index = 0; !answer.atEnd(); ++index) {
         QString name;
@@ -104,12 +105,13 @@ void Accessible::perform(const std::string& action) const {
         answer.beginStructure();
         answer >> name >> description >> keys;
         answer.endStructure();
-        if (name.toStdString() == action) {
-            static_cast<void>(call(actionInterface, "DoAction", {index}));
-            return;
-        }
+        if (name.toStdString() == action)
+            found = index;
     }
-    throw std::runtime_error("there is no action " + action);
+    answer.endArray(); // else Qt loses some memory
+    if (found < 0)
+        throw std::runtime_error("there is no action " + action);
+    static_cast<void>(call(actionInterface, "DoAction", {found}));
 }
 
 QVariantList Accessible::call(const char* interface, const char* method,

@@ -10,6 +10,15 @@
 
 namespace noctra::desktop {
 
+/// The address sanitizer holds freed memory back.
+#if defined(__SANITIZE_ADDRESS__)
+inline constexpr bool freedMemoryIsKept = true;
+#elif defined(__has_feature)
+inline constexpr bool freedMemoryIsKept = __has_feature(address_sanitizer);
+#else
+inline constexpr bool freedMemoryIsKept = false;
+#endif
+
 /// The program under test, as a person starts it in a terminal.
 class Program {
 public:
