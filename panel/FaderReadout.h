@@ -13,11 +13,6 @@ struct FaderReadout {
     Color glowColor;
     double width = 0.0; ///< of the field, in points; a longer text is cut off, not given more
 
-    /// All in points.
-    static constexpr double height = 24.0;
-    static constexpr double fontSize = 12.0;
-    static constexpr double glowRadius = 5.0;
-    static constexpr double cornerRadius = 4.0;
     static constexpr Color fieldColor = colors::black;
     static constexpr Color borderColor = colors::white.withAlpha(0.1);
 };

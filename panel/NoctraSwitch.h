@@ -11,10 +11,6 @@ struct NoctraSwitch {
     Binding<bool> isOn;
 
     static constexpr SpringSpec pressSpring{.response = 0.3, .dampingFraction = 0.6};
-    static constexpr double fontSize = 13.0; ///< points
-    static constexpr double tracking = 1.0;  ///< points
-    static constexpr double iconSize = 22.0; ///< points
-    static constexpr double cornerRadius = 6.0;
 
     /// A press, inside an animation of `pressSpring`.
     void press(AnimationTransaction& transaction) const {

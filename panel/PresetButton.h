@@ -16,10 +16,6 @@ struct PresetButton {
     std::function<void()> action;
 
     static constexpr SpringSpec pressSpring{.response = 0.5, .dampingFraction = 1.0};
-    static constexpr double fontSize = 10.0;    ///< points
-    static constexpr double cornerRadius = 4.0; ///< points
-    /// How long the looks take to follow `isActive`, easing out.
-    static constexpr double activeFade = 0.25; ///< seconds
 
     [[nodiscard]] static constexpr ButtonStyle style(bool isActive) {
         return {

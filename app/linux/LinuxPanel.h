@@ -29,9 +29,6 @@ public:
     /// nothing else happens.
     void show();
 
-    /// Null before the panel is first shown.
-    [[nodiscard]] PanelWindow* window() { return window_.get(); }
-
 private:
     [[nodiscard]] MakePanelWindow* load();
     void open();

@@ -18,7 +18,6 @@ public:
     explicit SpringFollower(const SteadyClock& clock, double value, QObject* parent = nullptr);
 
     [[nodiscard]] double value() const { return value_; }
-    [[nodiscard]] double target() const { return target_; }
 
     /// Without a spring it is there at once.
     void moveTo(double target, const std::optional<SpringSpec>& spring);

@@ -7,7 +7,7 @@
 
 #include "platform/simulated/SimulatedFonts.h"
 #include "platform/simulated/SimulatedResources.h"
-#include "tests/pwmsafe/PanelControllersFixture.h"
+#include "tests/panel/SimulatedPanelServices.h"
 
 namespace noctra {
 
@@ -16,25 +16,15 @@ namespace {
 struct ControlPanel : PanelControllers {
     SimulatedFonts fonts;
     SimulatedResources resources;
-    PanelServices services{.log = desktop.log,
-                           .fullLog =
-                               [this] {
-                                   std::string all = "header";
-                                   for (const std::string& line : desktop.log.messages)
-                                       all += "|" + line;
-                                   return all;
-                               },
-                           .mainQueue = desktop.mainQueue,
-                           .steadyClock = desktop.steady,
-                           .filterManager = engine,
-                           .pwmSafeManager = manager,
-                           .application = desktop.application,
-                           .clipboard = desktop.clipboard,
-                           .cursor = desktop.cursor,
-                           .numbers = desktop.numbers,
-                           .motion = desktop.motion,
-                           .resources = resources,
-                           .fonts = fonts};
+    PanelServices services = panelServices(
+        *this,
+        [this] {
+            std::string all = "header";
+            for (const std::string& line : desktop.log.messages)
+                all += "|" + line;
+            return all;
+        },
+        resources, fonts);
     int renders = 0;
     std::unique_ptr<FilterControlView> view =
         std::make_unique<FilterControlView>(services, [this] { ++renders; });

@@ -46,19 +46,9 @@ QQuickItem* visibleItem(QQuickItem* parent, const QString& name) {
 } // namespace
 
 PanelScene::PanelScene()
-    : resources({NOCTRA_RESOURCES}), services{.log = desktop.log,
-                                              .fullLog = [] { return std::string("the log"); },
-                                              .mainQueue = desktop.mainQueue,
-                                              .steadyClock = desktop.steady,
-                                              .filterManager = engine,
-                                              .pwmSafeManager = manager,
-                                              .application = desktop.application,
-                                              .clipboard = desktop.clipboard,
-                                              .cursor = desktop.cursor,
-                                              .numbers = desktop.numbers,
-                                              .motion = desktop.motion,
-                                              .resources = resources,
-                                              .fonts = fonts} {
+    : resources({NOCTRA_RESOURCES}),
+      services(panelServices(
+          *this, [] { return std::string("the log"); }, resources, fonts)) {
     qInstallMessageHandler(failOnComplaint);
     for (const char* name : {"Anybody-Bold", "Anybody-ExtraBold"})
         fonts.registerFont(resources.path(name, "ttf").value());

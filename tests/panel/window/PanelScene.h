@@ -8,12 +8,11 @@
 #include <QtQuick/QQuickItem>
 #include <QtQuick/QQuickWindow>
 
-#include "panel/PanelServices.h"
 #include "panel/PanelWindow.h"
 #include "platform/linux/FolderResources.h"
 #include "platform/qt/QtFonts.h"
+#include "tests/panel/SimulatedPanelServices.h"
 #include "tests/panel/window/StepDriver.h"
-#include "tests/pwmsafe/PanelControllersFixture.h"
 
 namespace noctra {
 
