@@ -1,0 +1,185 @@
+#include "platform/linux/tray/DockWindows.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <span>
+#include <string_view>
+
+#include "platform/linux/XConnection.h"
+
+namespace noctra {
+
+namespace {
+
+// A frame, something in it, the window; and one more.
+constexpr int deepest = 4;
+// Of one depth. Nobody has so many windows without something being wrong.
+constexpr std::size_t mostWindows = 4096;
+constexpr int largestCoordinate = std::numeric_limits<std::int16_t>::max();
+
+struct Atoms {
+    xcb_atom_t windowType = XCB_ATOM_NONE;
+    xcb_atom_t dock = XCB_ATOM_NONE;
+    xcb_atom_t strutPartial = XCB_ATOM_NONE;
+    xcb_atom_t strut = XCB_ATOM_NONE;
+    xcb_atom_t processId = XCB_ATOM_NONE;
+    xcb_atom_t state = XCB_ATOM_NONE; ///< of windows that a window manager looks after
+};
+
+Atoms internAtoms(xcb_connection_t* xcb) {
+    constexpr std::array<std::string_view, 6> names{
+        "_NET_WM_WINDOW_TYPE",   "_NET_WM_WINDOW_TYPE_DOCK",
+        "_NET_WM_STRUT_PARTIAL", "_NET_WM_STRUT",
+        "_NET_WM_PID",           "WM_STATE"};
+    std::array<xcb_intern_atom_cookie_t, names.size()> cookies{};
+    for (std::size_t i = 0; i < names.size(); ++i)
+        cookies[i] =
+            xcb_intern_atom(xcb, 1, static_cast<std::uint16_t>(names[i].size()), names[i].data());
+    std::array<xcb_atom_t, names.size()> atoms{};
+    for (std::size_t i = 0; i < names.size(); ++i)
+        if (const XcbReply<xcb_intern_atom_reply_t> reply{
+                xcb_intern_atom_reply(xcb, cookies[i], nullptr)})
+            atoms[i] = reply->atom;
+    return {atoms[0], atoms[1], atoms[2], atoms[3], atoms[4], atoms[5]};
+}
+
+/// The property's numbers; the server gives none where it is missing or not of the type asked for.
+std::vector<std::uint32_t> numbers(xcb_connection_t* xcb, xcb_get_property_cookie_t cookie) {
+    const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(xcb, cookie, nullptr));
+    if (!reply || reply->format != 32)
+        return {};
+    const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return {first, first + reply->value_len};
+}
+
+xcb_get_property_cookie_t ask(xcb_connection_t* xcb, xcb_window_t window, xcb_atom_t property,
+                              xcb_atom_t type, std::uint32_t count) {
+    return xcb_get_property(xcb, 0, window, property, type, 0, count);
+}
+
+struct Window {
+    xcb_window_t id;
+    std::size_t height; ///< where the root's child that it is in lies in the stack, from below
+};
+using Windows = std::vector<Window>;
+
+std::span<const xcb_window_t> childrenIn(const XcbReply<xcb_query_tree_reply_t>& tree) {
+    if (!tree)
+        return {};
+    return {xcb_query_tree_children(tree.get()),
+            static_cast<std::size_t>(xcb_query_tree_children_length(tree.get()))};
+}
+
+Windows topLevelWindows(xcb_connection_t* xcb, xcb_window_t root) {
+    const XcbReply<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(xcb, xcb_query_tree(xcb, root), nullptr));
+    Windows windows;
+    for (const xcb_window_t child : childrenIn(tree))
+        if (windows.size() < mostWindows)
+            windows.push_back({child, windows.size()});
+    return windows;
+}
+
+/// What has been asked about one window, all at once.
+struct Question {
+    xcb_get_window_attributes_cookie_t attributes;
+    xcb_get_property_cookie_t type;
+    xcb_get_property_cookie_t state;
+    xcb_query_tree_cookie_t tree;
+};
+
+/// Puts the docks among `windows` into `docks`; returns the children of those that may be frames.
+Windows sortOut(xcb_connection_t* xcb, const Atoms& atoms, const Windows& windows, Windows& docks) {
+    constexpr std::uint32_t mostTypes = 32;
+    std::vector<Question> questions;
+    questions.reserve(windows.size());
+    for (const auto [id, height] : windows)
+        questions.push_back({xcb_get_window_attributes(xcb, id),
+                             ask(xcb, id, atoms.windowType, XCB_ATOM_ATOM, mostTypes),
+                             ask(xcb, id, atoms.state, atoms.state, 1), xcb_query_tree(xcb, id)});
+    Windows children;
+    for (std::size_t i = 0; i < windows.size(); ++i) {
+        const Question& question = questions[i];
+        const XcbReply<xcb_get_window_attributes_reply_t> attributes(
+            xcb_get_window_attributes_reply(xcb, question.attributes, nullptr));
+        const auto types = numbers(xcb, question.type);
+        const bool isManaged = !numbers(xcb, question.state).empty();
+        const bool isShown = attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+        const XcbReply<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(xcb, question.tree, nullptr));
+        if (isShown && types.empty() && !isManaged)
+            for (const xcb_window_t child : childrenIn(tree))
+                if (children.size() < mostWindows)
+                    children.push_back({child, windows[i].height});
+        if (isShown && std::find(types.begin(), types.end(), atoms.dock) != types.end())
+            docks.push_back(windows[i]);
+    }
+    return children;
+}
+
+int coordinate(std::uint32_t value) {
+    return static_cast<int>(std::min<std::uint32_t>(value, largestCoordinate));
+}
+
+/// `partial` where it is whole, else `plain`, which reserves along the whole edge.
+Strut strutOf(const std::vector<std::uint32_t>& partial, const std::vector<std::uint32_t>& plain) {
+    const auto side = [&](std::size_t index) -> StrutSide {
+        if (partial.size() == 12)
+            return {coordinate(partial[index]), coordinate(partial[4 + 2 * index]),
+                    coordinate(partial[5 + 2 * index])};
+        if (plain.size() == 4)
+            return {coordinate(plain[index]), 0, largestCoordinate};
+        return {};
+    };
+    return {side(0), side(1), side(2), side(3)};
+}
+
+std::vector<Dock> describe(xcb_connection_t* xcb, xcb_window_t root, const Atoms& atoms,
+                           const Windows& windows) {
+    struct Cookies {
+        xcb_get_geometry_cookie_t geometry;
+        xcb_translate_coordinates_cookie_t place;
+        xcb_get_property_cookie_t partial, plain, processId;
+    };
+    std::vector<Cookies> cookies;
+    for (const auto [id, height] : windows)
+        cookies.push_back({xcb_get_geometry(xcb, id),
+                           xcb_translate_coordinates(xcb, id, root, 0, 0),
+                           ask(xcb, id, atoms.strutPartial, XCB_ATOM_CARDINAL, 13),
+                           ask(xcb, id, atoms.strut, XCB_ATOM_CARDINAL, 5),
+                           ask(xcb, id, atoms.processId, XCB_ATOM_CARDINAL, 1)});
+    std::vector<Dock> docks;
+    for (std::size_t i = 0; i < windows.size(); ++i) {
+        const XcbReply<xcb_get_geometry_reply_t> geometry(
+            xcb_get_geometry_reply(xcb, cookies[i].geometry, nullptr));
+        const XcbReply<xcb_translate_coordinates_reply_t> place(
+            xcb_translate_coordinates_reply(xcb, cookies[i].place, nullptr));
+        const auto partial = numbers(xcb, cookies[i].partial);
+        const auto plain = numbers(xcb, cookies[i].plain);
+        const auto processId = numbers(xcb, cookies[i].processId);
+        if (geometry && place) // else it has gone meanwhile
+            docks.push_back({windows[i].id,
+                             processId.empty() ? 0 : processId.front(),
+                             {place->dst_x, place->dst_y, geometry->width, geometry->height},
+                             strutOf(partial, plain)});
+    }
+    return docks;
+}
+
+} // namespace
+
+std::vector<Dock> findDocks(xcb_connection_t* connection, xcb_window_t root) {
+    const Atoms atoms = internAtoms(connection);
+    if (atoms.dock == XCB_ATOM_NONE || atoms.windowType == XCB_ATOM_NONE)
+        return {};
+    Windows level = topLevelWindows(connection, root);
+    Windows docks;
+    for (int depth = 0; depth < deepest && !level.empty(); ++depth)
+        level = sortOut(connection, atoms, level, docks);
+    std::stable_sort(docks.begin(), docks.end(),
+                     [](const Window& a, const Window& b) { return a.height < b.height; });
+    return describe(connection, root, atoms, docks);
+}
+
+} // namespace noctra

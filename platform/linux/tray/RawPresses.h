@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include <xcb/xcb.h>
+
+#include "platform/linux/XConnection.h"
+#include "platform/linux/tray/PixelRect.h"
+
+namespace noctra {
+
+/// Presses of the left and right mouse button as an X server announces them to whoever asks (raw
+/// events of XInput 2.1), on a connection of its own. Main thread.
+class RawPresses {
+public:
+    struct Press {
+        PixelPoint where;  ///< of the pointer, when the press is read
+        bool left = false; ///< else right; as the person has set the buttons up
+    };
+    using OwnWindow = std::function<xcb_window_t()>;
+
+    /// Begins to listen on the X server that DISPLAY names. Nothing on failure, and `reason` says
+    /// why.
+    [[nodiscard]] static std::optional<RawPresses> listen(std::string& reason);
+
+    /// Can be read when there may be presses, or the connection broke.
+    [[nodiscard]] int descriptor() const;
+    [[nodiscard]] bool isBroken() const;
+
+    /// The next press that there is, without waiting for one. Those on windows of the client that
+    /// made `ownWindow()` are left out.
+    [[nodiscard]] std::optional<Press> next(const OwnWindow& ownWindow);
+
+private:
+    RawPresses(XcbConnection connection, xcb_window_t root, std::uint8_t extension);
+
+    [[nodiscard]] std::optional<PixelPoint> findOutside(std::uint16_t device,
+                                                        xcb_window_t ownWindow) const;
+
+    XcbConnection connection_;
+    xcb_window_t root_;
+    std::uint8_t extension_; ///< the major opcode of XInput
+};
+
+} // namespace noctra

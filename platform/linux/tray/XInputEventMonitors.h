@@ -1,0 +1,55 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "foundation/Clock.h"
+#include "foundation/Log.h"
+#include "foundation/MainQueue.h"
+#include "platform/EventMonitors.h"
+#include "platform/linux/tray/RawPresses.h"
+
+namespace noctra {
+
+/// What is pressed in other programs, also while one of them has grabbed the pointer. Main thread.
+///
+/// Listens to the X server only while somebody monitors. Where that fails or breaks, one log line
+/// says so, and tokens stay without effect.
+class XInputEventMonitors : public EventMonitors {
+public:
+    struct Press {
+        PixelPoint where; ///< of the pointer, when the press was heard of
+        SteadyClock::TimePoint when;
+        bool left = false; ///< else the right button
+    };
+
+    /// Any window of this program's on the X server, e.g. the popover's; XCB_NONE while it has
+    /// none. X servers number windows by connection, so one stands for all windows of Qt's.
+    using OwnWindow = RawPresses::OwnWindow;
+
+    /// Begins nothing yet. `queue`, `clock` and `log` must outlive the object and all tokens.
+    XInputEventMonitors(MainQueue& queue, const SteadyClock& clock, Log& log, OwnWindow ownWindow);
+    XInputEventMonitors(const XInputEventMonitors&) = delete;
+    XInputEventMonitors& operator=(const XInputEventMonitors&) = delete;
+    ~XInputEventMonitors() override;
+
+    /// Presses on windows of this program's are not told, those outside of them are also where this
+    /// program has grabbed the pointer. `pressed` must not throw.
+    [[nodiscard]] AnyCancellable addGlobalMonitor(std::function<void()> pressed) override;
+
+    /// The last press that was told, there before it is told. Nothing from when somebody begins to
+    /// monitor until the first press; so where a popover is monitored while it is open, this is the
+    /// press that closed it.
+    [[nodiscard]] const std::optional<Press>& lastPress() const;
+
+private:
+    struct Shared;
+    class Listening;
+    [[nodiscard]] std::shared_ptr<Listening> listening();
+
+    std::shared_ptr<Shared> shared_;
+    std::weak_ptr<Listening> listening_;
+};
+
+} // namespace noctra

@@ -1,0 +1,138 @@
+#include "platform/linux/tray/VisibleFrame.h"
+
+#include <gtest/gtest.h>
+
+namespace noctra {
+
+void PrintTo(const PixelRect& rect, std::ostream* stream) {
+    *stream << rect.width << "x" << rect.height << "+" << rect.x << "+" << rect.y;
+}
+
+namespace {
+
+using enum Edge;
+
+constexpr PixelRect big{0, 0, 1920, 1080};
+// Beside it, and lower than it; the screen ends where the lowest monitor does.
+constexpr PixelRect small{1920, 200, 1280, 720};
+constexpr PixelRect sideBySide{0, 0, 3200, 1080};
+constexpr PixelRect upper{0, 0, 1280, 800};
+constexpr PixelRect lower{0, 800, 1280, 800};
+constexpr PixelRect stacked{0, 0, 1280, 1600};
+constexpr auto none = std::nullopt;
+
+/// A strut of that size at one edge.
+constexpr Strut at(Edge edge, int size, int start, int end) {
+    const auto side = [&](Edge other) {
+        return other == edge ? StrutSide{size, start, end} : StrutSide{};
+    };
+    return {side(left), side(right), side(top), side(bottom)};
+}
+
+TEST(VisibleFrame, LeavesOutWhatADockReservesOnItsMonitor) {
+    struct Case {
+        const char* situation;
+        PixelRect monitor, screen, frame;
+        Strut strut;
+        PixelRect visible;
+        std::optional<Edge> edge;
+    };
+    const Strut sides{.left = {800, 0, 1079}, .right = {700, 0, 1079}};
+    const std::vector<Case> cases{
+        {"top", big, big, {0, 0, 1920, 30}, at(top, 30, 0, 1919), {0, 30, 1920, 1050}, top},
+        {"right", big, big, {1880, 0, 40, 1080}, at(right, 40, 0, 1079), {0, 0, 1880, 1080}, right},
+        {"short",
+         big,
+         big,
+         {800, 1040, 300, 40},
+         at(bottom, 40, 800, 1099),
+         {0, 0, 1920, 1040},
+         bottom},
+        {"with a margin",
+         big,
+         big,
+         {10, 10, 1900, 30},
+         at(top, 45, 0, 1919),
+         {0, 45, 1920, 1035},
+         top},
+        {"bottom of a monitor that ends above the screen's end",
+         small,
+         sideBySide,
+         {1920, 880, 1280, 40},
+         at(bottom, 200, 1920, 3199),
+         {1920, 200, 1280, 680},
+         bottom},
+        {"between two monitors",
+         small,
+         sideBySide,
+         {1920, 200, 50, 720},
+         at(left, 1970, 200, 919),
+         {1970, 200, 1230, 720},
+         left},
+        {"on the other monitor",
+         big,
+         sideBySide,
+         {1920, 880, 1280, 40},
+         at(bottom, 200, 0, 3199),
+         big,
+         none},
+        {"top of the lower",
+         lower,
+         stacked,
+         {0, 800, 1280, 24},
+         at(top, 824, 0, 1279),
+         {0, 824, 1280, 776},
+         top},
+        {"bottom of the upper, counted from the monitor's own edge",
+         upper,
+         stacked,
+         {0, 770, 1280, 30},
+         at(bottom, 30, 0, 1279),
+         {0, 0, 1280, 770},
+         bottom},
+        {"on both monitors, reserving on the other",
+         small,
+         sideBySide,
+         {0, 200, 3200, 30},
+         at(top, 230, 0, 1919),
+         small,
+         top},
+        {"an empty range",
+         small,
+         sideBySide,
+         {1920, 200, 1280, 30},
+         at(top, 230, 0, 0),
+         {1920, 230, 1280, 690},
+         top},
+        {"hidden but for a line",
+         big,
+         big,
+         {0, 1079, 1920, 30},
+         at(bottom, 1, 0, 1919),
+         big,
+         bottom},
+        {"nothing reserved", big, big, {0, 300, 40, 400}, {}, big, left},
+        {"one item in a corner", big, big, {1896, 0, 24, 26}, {}, big, top},
+        {"in the middle", big, big, {900, 500, 200, 40}, {}, big, none},
+        {"nonsense", big, big, {0, 0, 1920, 30}, at(top, 811, 0, 1919), big, top},
+        {"nonsense from both sides", big, big, {0, 0, 1920, 30}, sides, big, left},
+    };
+    for (const Case& known : cases) {
+        const Dock dock{.frame = known.frame, .strut = known.strut};
+        EXPECT_EQ(visibleFrame(known.monitor, known.screen, {dock}), known.visible)
+            << known.situation;
+        EXPECT_EQ(edgeOf(dock, known.monitor), known.edge) << known.situation;
+    }
+}
+
+TEST(VisibleFrame, LeavesOutEachOfSeveralDocksAndTheLargerOfTwoAtOneEdge) {
+    const std::vector<Dock> docks{
+        {.frame = {0, 0, 1920, 30}, .strut = at(top, 30, 0, 1919)},
+        {.frame = {0, 1040, 960, 40}, .strut = at(bottom, 40, 0, 959)},
+        {.frame = {960, 1060, 960, 20}, .strut = at(bottom, 20, 960, 1919)}};
+    EXPECT_EQ(visibleFrame(big, big, docks), (PixelRect{0, 30, 1920, 1010}));
+}
+
+} // namespace
+
+} // namespace noctra
