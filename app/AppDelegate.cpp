@@ -4,6 +4,8 @@
 #include "app/Url.h"
 #include "engine/ColorFilterManager.h"
 #include "platform/Application.h"
+#include "platform/DisplayChanges.h"
+#include "platform/Preferences.h"
 #include "platform/UrlChannel.h"
 
 namespace noctra {
@@ -17,10 +19,14 @@ constexpr Seconds exitDeadline{1.6};
 constexpr Seconds hangUpPatience{0.7};
 
 constexpr const char* terminatingLine = "App terminating - restoring gamma";
+constexpr const char* firstRunKey = "hasShownFirstRunPopover";
 
 } // namespace
 
-AppDelegate::AppDelegate(const AppServices& services) : services_(services) {}
+AppDelegate::AppDelegate(const AppServices& services)
+    : services_(services), firstRun_(services.mainQueue, [this] { showPopoverIfThereIsAButton(); }),
+      menuDetachment_(services.mainQueue, [this] { detachMenu(); }),
+      reopening_(services.mainQueue, [this] { showPopoverIfThereIsAButton(); }) {}
 
 void AppDelegate::applicationDidFinishLaunching() {
     engine();
@@ -28,6 +34,11 @@ void AppDelegate::applicationDidFinishLaunching() {
     registerFonts(services_.resources, services_.fonts);
     setupSignalHandlers();
     services_.application.onWillTerminate([this] { applicationWillTerminate(); });
+    setupStatusItem();
+    popover_ = services_.makePopover();
+    if (popover_)
+        popover_->onCloseAsked([this] { closePopover(); });
+    subscribe();
     const std::string unreachable = services_.urls.setHandlers({
         .open = [this](const std::string& url) { handleAutomationURL(url); },
         .activate = [this] { runAutomationCommand(AutomationCommand::show); },
@@ -35,17 +46,44 @@ void AppDelegate::applicationDidFinishLaunching() {
     if (!unreachable.empty())
         services_.log.log("Automation commands from other programs unavailable: " + unreachable);
     services_.log.log("App launched successfully");
-    if (services_.process.environment("NOCTRA_MENUBAR_ICON_TEST") == "1") {
-        selfTest_ = std::make_unique<MenuBarIconSelfTest>(MenuBarIconSelfTest::Parts{
-            .log = services_.log,
-            .mainQueue = services_.mainQueue,
-            .wallClock = services_.wallClock,
-            .files = services_.files,
-            .updateMenuBarIcon = {},
-            .terminate = [this] { services_.application.terminate(0); },
-        });
-        selfTest_->run();
-    }
+    if (services_.process.environment("NOCTRA_MENUBAR_ICON_TEST") == "1")
+        runSelfTest();
+    else
+        openOnFirstRun();
+}
+
+void AppDelegate::subscribe() {
+    cancellables_.push_back(engine().isEnabled.subscribe(
+        services_.mainQueue, [this](bool enabled) { updateMenuBarIcon(enabled); }));
+    cancellables_.push_back(services_.displayChanges.subscribe(
+        {.woke = {},
+         .screenParametersChanged = [this] { handleScreenParameterChange(); },
+         .reconfigured = {},
+         .brightnessControlsChanged = {}}));
+}
+
+void AppDelegate::runSelfTest() {
+    selfTest_ = std::make_unique<MenuBarIconSelfTest>(MenuBarIconSelfTest::Parts{
+        .log = services_.log,
+        .mainQueue = services_.mainQueue,
+        .wallClock = services_.wallClock,
+        .files = services_.files,
+        .updateMenuBarIcon = [this](bool enabled) { updateMenuBarIcon(enabled); },
+        .statusIconPng = [this]() -> std::optional<std::string> {
+            const StatusImage* const image = button() ? button()->image() : nullptr;
+            return image ? services_.images.png(*image) : std::nullopt;
+        },
+        .terminate = [this] { services_.application.terminate(0); },
+    });
+    selfTest_->run();
+}
+
+void AppDelegate::openOnFirstRun() {
+    if (services_.preferences.boolForKey(firstRunKey))
+        return;
+    // Before anything is shown: whatever goes wrong with that must not come back at every start.
+    services_.preferences.setBool(firstRunKey, true);
+    firstRun_.schedule(Seconds(0.0));
 }
 
 void AppDelegate::setupSignalHandlers() {
@@ -141,7 +179,8 @@ void AppDelegate::runAutomationCommand(AutomationCommand command) {
         filter.isEnabled = !filter.isEnabled;
         break;
     case AutomationCommand::show:
-        services_.showPanel();
+        if (!popoverIsShown())
+            showPopoverIfThereIsAButton();
         break;
     }
     services_.log.log("Automation command applied: " + std::string(rawValue(command)));

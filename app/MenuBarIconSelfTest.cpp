@@ -23,8 +23,7 @@ void MenuBarIconSelfTest::run() {
 
 void MenuBarIconSelfTest::showIcon(bool enabled, const std::string& message,
                                    const std::string& name) {
-    if (parts_.updateMenuBarIcon)
-        parts_.updateMenuBarIcon(enabled);
+    parts_.updateMenuBarIcon(enabled);
     testLog(message);
     dumpStatusIcon(name);
 }
@@ -36,8 +35,15 @@ void MenuBarIconSelfTest::testLog(const std::string& message) {
 }
 
 void MenuBarIconSelfTest::dumpStatusIcon(const std::string& name) {
-    // There is no status item yet, hence no image.
-    testLog("dumpStatusIcon(" + name + ") failed (no image)");
+    const std::string step = "dumpStatusIcon(" + name + ") ";
+    const std::optional<std::string> png = parts_.statusIconPng();
+    if (!png) {
+        testLog(step + "failed (no image)");
+        return;
+    }
+    const std::string path = "/tmp/noctra_menubar_" + name + ".png";
+    const std::string error = parts_.files.create(path, *png);
+    testLog(step + (error.empty() ? "-> " + path : "write failed: " + error));
 }
 
 } // namespace noctra

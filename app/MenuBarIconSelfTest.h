@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "foundation/Clock.h"
@@ -10,8 +11,9 @@
 
 namespace noctra {
 
-/// Swaps the menu-bar icon to off and to active, notes each step in a text file, and quits. Run
-/// instead of the first-run step where the environment asks for it. Main thread.
+/// Swaps the menu-bar icon to off and to active, notes each step in a text file, leaves both icons
+/// as PNG files, and quits. Run instead of the first-run step where the environment asks for it.
+/// Main thread.
 class MenuBarIconSelfTest {
 public:
     static constexpr const char* reportPath = "/tmp/noctra_menubar_icon_test.txt";
@@ -21,8 +23,10 @@ public:
         MainQueue& mainQueue;
         const WallClock& wallClock;
         ScratchFiles& files;
-        /// Sets the icon for the filter's state; empty while there is no status item.
+        /// Sets the icon for the filter's state.
         std::function<void(bool enabled)> updateMenuBarIcon;
+        /// The icon that is set, as a PNG file; nothing where there is none.
+        std::function<std::optional<std::string>()> statusIconPng;
         std::function<void()> terminate;
     };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -35,6 +36,9 @@ struct PanelServices {
     const MotionPreference& motion;
     const Resources& resources;
     const Fonts& fonts;
+    /// Runs when the panel's window has been made and not been shown yet, with the window system's
+    /// number for it; may be empty.
+    std::function<void(std::uintptr_t window)> windowMade = {};
 };
 
 } // namespace noctra

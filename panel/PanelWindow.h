@@ -1,25 +1,41 @@
 #pragma once
 
+#include <functional>
+
 namespace noctra {
 
 struct PanelServices;
 
-/// The window that holds the control panel. Main thread.
+/// Where a panel's window is: device-independent pixels of the desktop, y growing downwards.
+struct PanelPlace {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+
+    friend constexpr bool operator==(const PanelPlace&, const PanelPlace&) = default;
+};
+
+/// The window that holds the control panel: without a frame, above all others. Main thread.
 ///
 /// While it is not shown it has no scene; what draws it stays loaded once it has been.
 class PanelWindow {
 public:
     virtual ~PanelWindow() = default;
 
-    /// Shows the panel, or brings it to the front where it is shown already. Where it cannot be
-    /// drawn that is logged, and nothing is shown.
-    virtual void show() = 0;
+    /// Shows the panel at `place` with the keyboard's focus, or moves it there where it is shown
+    /// already. Where it cannot be drawn that is logged, and nothing is shown.
+    virtual void show(const PanelPlace& place) = 0;
 
     /// Takes it off the screen and frees the scene, at the latest on a later turn of the main
     /// thread.
     virtual void close() = 0;
 
     [[nodiscard]] virtual bool isShown() const = 0;
+
+    /// Runs `asked` where the user asks for it to be closed from inside (the Escape key, a window
+    /// manager), which does not close it yet.
+    virtual void onCloseAsked(std::function<void()> asked) = 0;
 };
 
 /// What a library that can draw the panel exports under `makePanelWindowSymbol`. The caller owns

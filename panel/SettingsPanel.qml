@@ -18,11 +18,11 @@ FocusScope {
         color: Qt.alpha(sheet.panel.bgDeep, 0.98)
     }
     // Nothing beneath reacts to the pointer.
-    MouseArea {
+    WheelArea {
+        panel: sheet.panel
         anchors.fill: parent
         hoverEnabled: true
         acceptedButtons: Qt.AllButtons
-        onWheel: wheel => wheel.accepted = true
     }
 
     Rectangle {

@@ -12,6 +12,9 @@ public:
     /// Declares the program an agent: no main window, no entry among the running applications.
     virtual void becomeAgent() = 0;
 
+    /// Gives the program's windows the keyboard's focus, whatever other program has it.
+    virtual void activate() = 0;
+
     /// Asks for normal termination: once the current work is done, the will-terminate handler runs
     /// and the process ends with `status`. Returns at once. Any thread.
     virtual void terminate(int status) = 0;

@@ -65,10 +65,10 @@ Item {
         }
     }
     // What lies beneath cannot be clicked.
-    MouseArea {
+    WheelArea {
+        panel: tooltip.panel
         anchors.fill: parent
         acceptedButtons: Qt.AllButtons
-        onWheel: wheel => wheel.accepted = true
     }
     HoverHandler {
         enabled: tooltip.model.tooltipShown

@@ -6,6 +6,7 @@
 #include "app/LibraryLocation.h"
 #include "app/linux/BesideTheProgram.h"
 #include "engine/ColorFilterManager.h"
+#include "platform/linux/tray/QtX11.h"
 #include "pwmsafe/PwmSafeManager.h"
 
 namespace noctra {
@@ -24,11 +25,16 @@ LinuxPanel::LinuxPanel(Log& log, MainQueue& mainQueue, const SteadyClock& steady
     : log_(log), mainQueue_(mainQueue), steadyClock_(steadyClock), application_(application),
       resources_(resourceFolders()) {}
 
-void LinuxPanel::show() {
+void LinuxPanel::show(const PanelPlace& place) {
     if (!window_)
         open();
     if (window_)
-        window_->show();
+        window_->show(place);
+}
+
+void LinuxPanel::close() {
+    if (window_)
+        window_->close();
 }
 
 void LinuxPanel::open() {
@@ -49,8 +55,13 @@ void LinuxPanel::open() {
         .motion = settings_,
         .resources = resources_,
         .fonts = fonts_,
+        .windowMade = [](std::uintptr_t window) { keepOffTaskLists(window); },
     });
     window_.reset(make(*services_));
+    window_->onCloseAsked([this] {
+        if (closeAsked_)
+            closeAsked_();
+    });
 }
 
 MakePanelWindow* LinuxPanel::load() {

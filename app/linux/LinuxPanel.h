@@ -1,7 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "panel/PanelServices.h"
 #include "panel/PanelWindow.h"
@@ -25,9 +27,13 @@ public:
     [[nodiscard]] const Resources& resources() const { return resources_; }
     [[nodiscard]] Fonts& fonts() { return fonts_; }
 
-    /// Shows the panel, or brings it to the front. Where it cannot be drawn that is logged, and
+    /// Shows the panel at `place`, or moves it there. Where it cannot be drawn that is logged, and
     /// nothing else happens.
-    void show();
+    void show(const PanelPlace& place);
+    void close();
+    [[nodiscard]] bool isShown() const { return window_ && window_->isShown(); }
+    /// Runs `asked` where the user asks from inside for it to be closed.
+    void onCloseAsked(std::function<void()> asked) { closeAsked_ = std::move(asked); }
 
 private:
     [[nodiscard]] MakePanelWindow* load();
@@ -44,7 +50,8 @@ private:
     const QtNumberFormat numbers_;
     const XSettings settings_;
     std::unique_ptr<PanelServices> services_;
-    std::unique_ptr<PanelWindow> window_;
+    std::unique_ptr<PanelWindow> window_; ///< from the first showing on
+    std::function<void()> closeAsked_;
 };
 
 } // namespace noctra

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <memory>
 
-#include <QtGui/QGuiApplication>
+#include <QtWidgets/QApplication>
 
 #include "app/AppDelegate.h"
 #include "app/DebugLogger.h"
@@ -13,6 +13,7 @@
 #include "app/linux/BesideTheProgram.h"
 #include "app/linux/DisplayService.h"
 #include "app/linux/LinuxPanel.h"
+#include "app/linux/LinuxPopover.h"
 #include "engine/ColorFilterManager.h"
 #include "foundation/SharedInstance.h"
 #include "platform/linux/DisplayServicesHost.h"
@@ -25,9 +26,13 @@
 #include "platform/linux/StandardOutput.h"
 #include "platform/linux/XdgLoginItem.h"
 #include "platform/linux/backlight/SysfsBacklight.h"
+#include "platform/linux/tray/QtX11.h"
+#include "platform/linux/tray/TrayBar.h"
+#include "platform/linux/tray/XInputEventMonitors.h"
 #include "platform/qt/QtApplication.h"
 #include "platform/qt/QtPreferences.h"
 #include "platform/qt/QtRunLoop.h"
+#include "platform/qt/pdf/QtImages.h"
 #include "pwmsafe/DisplayServicesBridge.h"
 #include "pwmsafe/PwmSafeManager.h"
 
@@ -56,6 +61,22 @@ void answerQtsExit() {
         (*whenQtExits)();
 }
 
+void preset(const char* variable, const char* value) {
+    if (!qEnvironmentVariableIsSet(variable))
+        qputenv(variable, value);
+}
+
+void prepareQt(const DisplayService& displays, bool hasSessionBus) {
+    // Its windows belong on the displays that are dimmed.
+    preset("QT_QPA_PLATFORM", displays.windowSystem);
+    // All that it draws has its own looks; a theme would load another toolkit for nothing.
+    preset("QT_QPA_PLATFORMTHEME", "generic");
+    // Without a bus Qt would try to start one, and on one that does not answer wait for it.
+    if (!hasSessionBus)
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
+    QGuiApplication::setDesktopFileName("org.noctra.Noctra");
+}
+
 } // namespace
 
 int failToRun(const std::string& message) {
@@ -71,7 +92,8 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
     MainQueue mainQueue(runLoop, steadyClock);
 
     SessionBusUrlChannel urlChannel(mainQueue);
-    if (urlChannel.claim() == SessionBusUrlChannel::Claim::anothers) {
+    const SessionBusUrlChannel::Claim claim = urlChannel.claim();
+    if (claim == SessionBusUrlChannel::Claim::anothers) {
         const std::string problem = urlChannel.handOver(urls);
         return problem.empty() ? 0 : failToRun("the running Noctra cannot be reached: " + problem);
     }
@@ -92,10 +114,8 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
     if (!service.problem.empty())
         log.log("ERROR: " + service.problem);
 
-    // Its windows belong on the displays that are dimmed.
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", service.windowSystem);
-    const QGuiApplication qt(argc, argv);
+    prepareQt(service, claim == SessionBusUrlChannel::Claim::ours);
+    const QApplication qt(argc, argv);
 
     QtPreferences preferences(QtPreferences::defaultPath(), mainQueue, log);
     process.beforeEnd([&] {
@@ -148,6 +168,13 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
     QtApplication application;
     PosixScratchFiles files;
     LinuxPanel panel(log, mainQueue, steadyClock, application);
+    QtImages images;
+    ClosingPress closingPress;
+    XInputEventMonitors eventMonitors(mainQueue, steadyClock, log, qtWindowNumbers);
+    TrayBar tray({.log = log,
+                  .mainQueue = mainQueue,
+                  .steadyClock = steadyClock,
+                  .closingPress = closingPress});
     AppDelegate delegate({
         .log = log,
         .mainQueue = mainQueue,
@@ -158,7 +185,18 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
         .files = files,
         .resources = panel.resources(),
         .fonts = panel.fonts(),
-        .showPanel = [&] { panel.show(); },
+        .images = images,
+        .preferences = preferences,
+        .displayChanges = displayChanges,
+        .statusBar = tray,
+        .eventMonitors = eventMonitors,
+        .makePopover = [&]() -> std::unique_ptr<Popover> {
+            return std::make_unique<LinuxPopover>(
+                LinuxPopover::Parts{.panel = panel,
+                                    .item = *tray.item(),
+                                    .monitors = eventMonitors,
+                                    .closingPress = closingPress});
+        },
         .engine = []() -> ColorFilterManager& { return ColorFilterManager::shared(); },
         .restoreBrightness =
             [&] {

@@ -54,6 +54,13 @@ void PanelModel::setShowsFocus(bool shows) {
     emit showsFocusChanged();
 }
 
+void PanelModel::setTouched(bool touched) {
+    if (touched == isTouched_)
+        return;
+    isTouched_ = touched;
+    emit isTouchedChanged();
+}
+
 QList<PresetModel*> PanelModel::presets() const {
     QList<PresetModel*> list;
     for (const auto& preset : presets_)

@@ -5,11 +5,13 @@
 
 #include <QtCore/QList>
 #include <QtCore/QObject>
+#include <QtCore/QSizeF>
 #include <QtCore/QString>
 #include <QtGui/QColor>
 #include <QtQml/qqmlregistration.h>
 
 #include "panel/FilterControlView.h"
+#include "panel/PopoverRootView.h"
 #include "panel/quick/ButtonStyleValue.h"
 #include "panel/quick/FaderModel.h"
 #include "panel/quick/PanelFonts.h"
@@ -39,6 +41,9 @@ class PanelModel : public QObject {
     Q_PROPERTY(bool reducesMotion READ reducesMotion CONSTANT)
     /// The keyboard was last used to get about: show where its focus is.
     Q_PROPERTY(bool showsFocus READ showsFocus NOTIFY showsFocusChanged)
+    /// Fingers, not a mouse, were last used to point.
+    Q_PROPERTY(bool isTouched READ isTouched NOTIFY isTouchedChanged)
+    Q_PROPERTY(QSizeF panelSize READ panelSize CONSTANT)
 
     Q_PROPERTY(QString warmthLabel READ warmthLabel CONSTANT)
     Q_PROPERTY(QString brightnessLabel READ brightnessLabel CONSTANT)
@@ -78,6 +83,11 @@ public:
     [[nodiscard]] bool reducesMotion() const { return reducesMotion_; }
     [[nodiscard]] bool showsFocus() const { return showsFocus_; }
     void setShowsFocus(bool shows);
+    [[nodiscard]] bool isTouched() const { return isTouched_; }
+    void setTouched(bool touched);
+    [[nodiscard]] static QSizeF panelSize() {
+        return {PopoverRootView::panelSize.width, PopoverRootView::panelSize.height};
+    }
 
     [[nodiscard]] FaderModel* warmth() { return &warmth_; }
     [[nodiscard]] FaderModel* brightness() { return &brightness_; }
@@ -95,11 +105,20 @@ public:
     Q_INVOKABLE void pressGear() { view_.toggleSettings(); }
     /// Escape: closes the sheet; where it is not shown, asks for the panel to be closed.
     Q_INVOKABLE void escape();
+    Q_INVOKABLE static bool showsIndicators(double availableHeight) {
+        return PopoverRootView::showsIndicators(availableHeight);
+    }
+    /// The wheel was turned over what does not take it for itself.
+    Q_INVOKABLE void turnWheel(double points, double units) {
+        emit scrolled(PopoverRootView::wheelDistance(points, units));
+    }
     /// The path of an icon of the program; empty where it does not have it.
     Q_INVOKABLE QString icon(const QString& name) const;
 
 signals:
     void showsFocusChanged();
+    void isTouchedChanged();
+    void scrolled(double distance);
     void warmthReadoutChanged();
     void brightnessReadoutChanged();
     void isOnChanged();
@@ -119,6 +138,7 @@ private:
     const PanelServices services_;
     const bool reducesMotion_;
     bool showsFocus_ = false;
+    bool isTouched_ = false;
     FilterControlView view_;
     PanelFonts fonts_;
     FaderModel warmth_;

@@ -3,20 +3,21 @@
 #include <malloc.h>
 
 #include <QtCore/QEvent>
+#include <QtGui/QGuiApplication>
 #include <QtGui/QKeyEvent>
+#include <QtGui/QScreen>
 #include <QtQml/QQmlEngine>
 #include <QtQml/QQmlError>
 #include <QtQuick/QQuickItem>
 #include <QtQuick/QQuickView>
 
-#include "panel/FilterControlView.h"
 #include "panel/quick/PanelModel.h"
 
 namespace noctra {
 
 namespace {
 
-const QUrl panelFile(QStringLiteral("qrc:/qt/qml/Noctra/Panel/FilterControlView.qml"));
+const QUrl panelFile(QStringLiteral("qrc:/qt/qml/Noctra/Panel/PopoverRootView.qml"));
 
 bool movesFocus(int key) {
     return key == Qt::Key_Tab || key == Qt::Key_Backtab;
@@ -30,7 +31,7 @@ QuickPanelWindow::QuickPanelWindow(const PanelServices& services) : services_(se
 
 QuickPanelWindow::~QuickPanelWindow() = default;
 
-void QuickPanelWindow::show() {
+void QuickPanelWindow::show(const PanelPlace& place) {
     if (!view_)
         build();
     if (view_->status() != QQuickView::Ready) {
@@ -40,6 +41,15 @@ void QuickPanelWindow::show() {
         freeScene();
         return;
     }
+    const QRect box(place.x, place.y, place.width, place.height);
+    // On the display's own scale, also before there is a window.
+    if (QScreen* const screen = QGuiApplication::screenAt(box.center()))
+        view_->setScreen(screen);
+    view_->setMinimumSize(box.size());
+    view_->setMaximumSize(box.size());
+    view_->setGeometry(box);
+    if (view_->handle() == nullptr && services_.windowMade)
+        services_.windowMade(view_->winId());
     view_->showNormal(); // also where it was minimised
     view_->raise();
     view_->requestActivate();
@@ -48,19 +58,20 @@ void QuickPanelWindow::show() {
 void QuickPanelWindow::build() {
     model_ = std::make_unique<PanelModel>(services_);
     view_ = std::make_unique<QQuickView>();
-    view_->setFlags(Qt::Dialog);
+    // A tool window has the keyboard under every window manager, and no entry among the tasks.
+    view_->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     view_->setTitle(model_->title());
     view_->setColor(model_->bgDeep());
     view_->setResizeMode(QQuickView::SizeRootObjectToView);
-    const QSize size(static_cast<int>(FilterControlView::width),
-                     static_cast<int>(FilterControlView::height));
-    view_->setMinimumSize(size);
-    view_->setMaximumSize(size);
-    view_->resize(size);
     view_->installEventFilter(this);
     view_->setInitialProperties({{QStringLiteral("panel"), QVariant::fromValue(model_.get())}});
     view_->setSource(panelFile);
-    connect(model_.get(), &PanelModel::closeRequested, this, [this] { close(); });
+    connect(model_.get(), &PanelModel::closeRequested, this, &QuickPanelWindow::askToClose);
+}
+
+void QuickPanelWindow::askToClose() const {
+    if (closeAsked_)
+        closeAsked_();
 }
 
 void QuickPanelWindow::close() {
@@ -92,14 +103,17 @@ bool QuickPanelWindow::eventFilter(QObject* watched, QEvent* event) {
         return QObject::eventFilter(watched, event);
     switch (event->type()) {
     case QEvent::Close:
-        close();
-        break;
+        // Taken as done, since a refusal would keep the whole program from ending.
+        askToClose();
+        return true;
     case QEvent::KeyPress:
         if (movesFocus(static_cast<QKeyEvent*>(event)->key()))
             model_->setShowsFocus(true);
         break;
     case QEvent::MouseButtonPress:
+    case QEvent::TouchBegin:
         model_->setShowsFocus(false);
+        model_->setTouched(event->type() == QEvent::TouchBegin);
         break;
     default:
         break;

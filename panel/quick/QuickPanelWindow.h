@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <utility>
 
 #include <QtCore/QObject>
 
@@ -21,19 +23,22 @@ public:
     explicit QuickPanelWindow(const PanelServices& services);
     ~QuickPanelWindow() override;
 
-    void show() override;
+    void show(const PanelPlace& place) override;
     void close() override;
     [[nodiscard]] bool isShown() const override;
+    void onCloseAsked(std::function<void()> asked) override { closeAsked_ = std::move(asked); }
 
 protected:
-    /// Notes whether the keyboard or the pointer was last used.
+    /// Notes what was last used: the keyboard, the mouse or fingers. Keeps requests to close.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void build();
     void freeScene();
+    void askToClose() const;
 
     const PanelServices& services_;
+    std::function<void()> closeAsked_;
     std::unique_ptr<PanelModel> model_;
     std::unique_ptr<QQuickView> view_; ///< goes before the model
 };

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include <QtCore/QCoreApplication>
-#include <QtCore/QVariant>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QWindow>
 
 namespace noctra {
 
@@ -11,8 +11,14 @@ QtApplication::QtApplication() = default;
 
 void QtApplication::becomeAgent() {
     // Without a window a Qt program is in nobody's list; with one it stays when the window closes.
-    if (QCoreApplication::instance()->property("quitOnLastWindowClosed").isValid())
-        QCoreApplication::instance()->setProperty("quitOnLastWindowClosed", false);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+}
+
+void QtApplication::activate() {
+    // An icon that lies in another program's bar is a window too, which no window manager knows.
+    for (QWindow* const window : QGuiApplication::topLevelWindows())
+        if (window->isVisible() && !(window->flags() & Qt::BypassWindowManagerHint))
+            window->requestActivate();
 }
 
 void QtApplication::terminate(int status) {

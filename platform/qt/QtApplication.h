@@ -6,12 +6,13 @@
 
 namespace noctra {
 
-/// The QCoreApplication that the program runs in; it has to exist already.
+/// The QGuiApplication that the program runs in; it has to exist already.
 class QtApplication : public QObject, public Application {
 public:
     QtApplication();
 
     void becomeAgent() override;
+    void activate() override;
     void terminate(int status) override;
     void onWillTerminate(std::function<void()> handler) override;
 };

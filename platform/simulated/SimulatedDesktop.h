@@ -12,6 +12,7 @@
 #include "platform/simulated/SimulatedPreferences.h"
 #include "platform/simulated/SimulatedProcess.h"
 #include "platform/simulated/SimulatedServices.h"
+#include "platform/simulated/SimulatedStatusBar.h"
 #include "platform/simulated/VirtualTime.h"
 
 namespace noctra {
@@ -52,6 +53,9 @@ struct SimulatedDesktop {
     SimulatedCursorStack cursor;
     SimulatedNumberFormat numbers;
     SimulatedMotionPreference motion;
+    SimulatedImages images;
+    SimulatedStatusBar statusBar;
+    SimulatedEventMonitors eventMonitors;
 
     void advance(Seconds time) { runLoop.advance(mainQueue, time); }
     void settle() { SimulatedRunLoop::settle(mainQueue); }

@@ -32,7 +32,10 @@ public:
     std::optional<int> terminatedWith;
     std::function<void()> willTerminate;
 
+    int activations = 0;
+
     void becomeAgent() override { isAgent = true; }
+    void activate() override { ++activations; }
     void terminate(int status) override { terminatedWith = status; }
     void onWillTerminate(std::function<void()> handler) override {
         willTerminate = std::move(handler);

@@ -1,6 +1,3 @@
-#include "app/AppDelegate.h"
-
-#include <memory>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -8,11 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include "engine/ColorFilterManager.h"
 #include "engine/GammaRamp.h"
-#include "platform/simulated/SimulatedDesktop.h"
-#include "platform/simulated/SimulatedFonts.h"
-#include "platform/simulated/SimulatedResources.h"
+#include "tests/app/AppDelegateFixture.h"
 
 namespace noctra {
 
@@ -20,48 +14,7 @@ namespace {
 
 using namespace std::string_literals;
 
-struct AppDelegateTest : testing::Test {
-    SimulatedDesktop desktop;
-    std::unique_ptr<ColorFilterManager> engine;
-    std::vector<std::string> brightnessRestores; ///< the last log line at each
-    SimulatedResources resources;
-    SimulatedFonts fonts;
-    int panelsShown = 0;
-    AppDelegate delegate{{
-        .log = desktop.log,
-        .mainQueue = desktop.mainQueue,
-        .application = desktop.application,
-        .process = desktop.process,
-        .urls = desktop.urls,
-        .wallClock = desktop.wall,
-        .files = desktop.files,
-        .resources = resources,
-        .fonts = fonts,
-        .showPanel = [this] { ++panelsShown; },
-        .engine = [this]() -> ColorFilterManager& { return madeEngine(); },
-        .restoreBrightness =
-            [this] {
-                const auto& messages = desktop.log.messages;
-                brightnessRestores.push_back(messages.empty() ? "" : messages.back());
-                EXPECT_EQ(desktop.displays.tablesOf(1), SimulatedDisplays::linearTables())
-                    << "gamma goes back before the brightness";
-            },
-        .repairTables = [this] { brightnessRestores.back() += ", tables repaired"; },
-    }};
-
-    AppDelegateTest() { desktop.displays.attach(1); }
-
-    ColorFilterManager& madeEngine() {
-        if (!engine)
-            engine = std::make_unique<ColorFilterManager>(
-                EngineServices{.log = desktop.log,
-                               .mainQueue = desktop.mainQueue,
-                               .displays = desktop.displays,
-                               .preferences = desktop.preferences,
-                               .process = desktop.process});
-        return *engine;
-    }
-
+struct AppDelegateTest : AppDelegateFixture {
     void launchDimmed() {
         delegate.applicationDidFinishLaunching();
         engine->brightness = 0.5;
@@ -200,7 +153,7 @@ TEST_F(AppDelegateTest, AppliesCommandsAtOnceInTheOrderInWhichTheyArrive) {
     desktop.urls.handlers->activate();
     open("noctra://show");
     EXPECT_EQ(desktop.log.count("Automation command applied: show"), 2U);
-    EXPECT_EQ(panelsShown, 2);
+    EXPECT_EQ(popover->showings, 1);
     EXPECT_EQ(restores(), 5U);
 }
 
@@ -223,7 +176,13 @@ TEST_F(AppDelegateTest, RunsTheIconTestAndQuitsWhereTheEnvironmentAsksForExactly
         EXPECT_FALSE(desktop.application.terminatedWith) << value;
     }
     const std::string report = "/tmp/noctra_menubar_icon_test.txt";
-    for (const bool writable : {true, false}) {
+    struct Case {
+        bool writable;
+        bool hasImage;
+    };
+    for (const auto [writable, hasImage] :
+         {Case{true, true}, Case{true, false}, Case{false, true}}) {
+        desktop.statusBar.hasButtons = hasImage;
         desktop.files.error = writable ? "" : "no space";
         desktop.files.contents.clear();
         desktop.log.messages.clear();
@@ -235,12 +194,20 @@ TEST_F(AppDelegateTest, RunsTheIconTestAndQuitsWhereTheEnvironmentAsksForExactly
         desktop.advance(Seconds(0.02));
         EXPECT_EQ(desktop.application.terminatedWith, 0);
 
+        const auto dumped = [&](const std::string& name) -> std::string {
+            if (!hasImage)
+                return "failed (no image)";
+            const std::string path = "/tmp/noctra_menubar_" + name + ".png";
+            EXPECT_EQ(desktop.files.contents[path],
+                      writable ? "PNG of /icons/" + name + ".pdf" : "");
+            return writable ? "-> " + path : "write failed: no space";
+        };
         const std::vector<std::string> steps{
             "NOCTRA_MENUBAR_ICON_TEST=1 enabled (will swap icons and quit)",
             "Menu bar icon -> OFF",
-            "dumpStatusIcon(off) failed (no image)", // while there is no status item
+            "dumpStatusIcon(off) " + dumped("off"),
             "Menu bar icon -> ACTIVE",
-            "dumpStatusIcon(active) failed (no image)",
+            "dumpStatusIcon(active) " + dumped("active"),
             "Menu bar icon test complete -> terminating"};
         for (const std::string& step : steps)
             EXPECT_EQ(desktop.log.count(step), 1U) << step;

@@ -24,7 +24,7 @@ const std::map<std::string, std::set<std::string>> allowed{
     {"platform", {"platform", "foundation"}},
     {"platform/simulated", {"platform/simulated", "platform", "foundation"}},
     {"platform/qt", {"platform/qt", "platform", "foundation"}},
-    {"platform/linux", {"platform/linux", "platform", "foundation"}},
+    {"platform/linux", {"platform/linux", "platform/qt", "platform", "foundation"}},
     {"engine", {"engine", "platform", "foundation"}},
     {"pwmsafe", {"pwmsafe", "engine", "platform", "foundation"}},
     {"panel", {"panel", "pwmsafe", "engine", "platform", "foundation"}},

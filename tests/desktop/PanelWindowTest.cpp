@@ -13,7 +13,7 @@ namespace {
 struct PanelWindow : PanelFixture {
     void openAndSeeItDrawn() {
         const auto look = [this] {
-            return Screenshot(server().display(), {0, 0, 320, 540});
+            return Screenshot(server().display(), {480, 0, 320, 540});
         };
         const Screenshot before = look();
         channel().open({"noctra://show"});

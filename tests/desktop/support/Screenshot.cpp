@@ -13,7 +13,7 @@ constexpr std::uint32_t colorBits = 0xFFFFFF;
 
 } // namespace
 
-Screenshot::Screenshot(const std::string& display, const Box& part) {
+Screenshot::Screenshot(const std::string& display, const Box& part) : part_(part) {
     const XConnection connection(display);
     const auto reply = XConnection::answered(
         xcb_get_image_reply(connection.get(),
@@ -35,6 +35,20 @@ Screenshot::Screenshot(const std::string& display, const Box& part) {
 int Screenshot::countOf(std::uint32_t color) const {
     return static_cast<int>(std::ranges::count_if(
         pixels_, [color](std::uint32_t pixel) { return (pixel & colorBits) == color; }));
+}
+
+std::optional<Point> Screenshot::middleOf(std::uint32_t color, int least) const {
+    int count = 0;
+    Point sum;
+    for (int i = 0; i < static_cast<int>(pixels_.size()); ++i)
+        if ((pixels_[static_cast<std::size_t>(i)] & colorBits) == color) {
+            ++count;
+            sum.x += i % part_.width;
+            sum.y += i / part_.width;
+        }
+    if (count < least)
+        return std::nullopt;
+    return Point{part_.x + sum.x / count, part_.y + sum.y / count};
 }
 
 } // namespace noctra::desktop

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,9 +18,14 @@ public:
     /// How many pixels have exactly this colour, as 0xRRGGBB.
     [[nodiscard]] int countOf(std::uint32_t color) const;
 
+    /// The middle of all pixels that have this colour, on the whole screen; nothing where there are
+    /// fewer than `least`.
+    [[nodiscard]] std::optional<Point> middleOf(std::uint32_t color, int least) const;
+
     friend bool operator==(const Screenshot&, const Screenshot&) = default;
 
 private:
+    Box part_;
     std::vector<std::uint32_t> pixels_;
 };
 

@@ -49,7 +49,8 @@ void TestDesktop::writePreferences(const std::string& bytes) const {
 void TestDesktop::presetFilter(double warmth, double brightness, bool allowExtremeDim) const {
     std::ostringstream text;
     text << "[General]\nfilterIntensity=" << warmth << "\nfilterBrightness=" << brightness
-         << "\nallowExtremeDim=" << (allowExtremeDim ? "true" : "false") << "\n";
+         << "\nallowExtremeDim=" << (allowExtremeDim ? "true" : "false")
+         << "\nhasShownFirstRunPopover=true\n";
     writePreferences(text.str());
 }
 
@@ -82,17 +83,6 @@ void TestDesktop::copyProgramsWithout(const std::string& missing) {
         std::filesystem::copy_file(*binary, folder / binary->filename());
         *binary = folder / binary->filename();
     }
-}
-
-void TestDesktop::installDesktopEntry() const {
-    std::string entry = readFile(NOCTRA_DESKTOP_ENTRY);
-    const std::string command = "\nExec=";
-    entry.replace(entry.find(command), command.size() + std::string("noctra").size(),
-                  command + binary_.string()); // the built one, wherever it is
-    std::filesystem::create_directories(folder_ / "data/applications");
-    writeFile(folder_ / "data/applications/org.noctra.Noctra.desktop", entry);
-    writeFile(folder_ / "config/mimeapps.list",
-              "[Default Applications]\nx-scheme-handler/noctra=org.noctra.Noctra.desktop\n");
 }
 
 std::vector<std::string> TestDesktop::environment() const {

@@ -27,7 +27,7 @@ public:
     [[nodiscard]] std::filesystem::path runtimeFolder() const { return folder_ / "runtime"; }
     [[nodiscard]] std::filesystem::path preferencesFile() const;
     void writePreferences(const std::string& bytes) const;
-    /// A preferences file with these settings.
+    /// A preferences file with these settings, of somebody who has used the program before.
     void presetFilter(double warmth, double brightness, bool allowExtremeDim = false) const;
 
     /// Starts the program under test with `arguments`.
@@ -47,8 +47,6 @@ public:
     /// Starts another program of this desktop; `command` is its path and its arguments.
     [[nodiscard]] std::unique_ptr<Program>
     startOther(const std::vector<std::string>& command) const;
-    /// Installs the program's desktop entry for this person, as the handler of its URL scheme.
-    void installDesktopEntry() const;
 
 private:
     [[nodiscard]] std::vector<std::string> environment() const;

@@ -17,15 +17,42 @@ void WindowManagement::askToClose(const std::string& title) const {
                       "close request");
 }
 
+std::optional<Box> WindowManagement::placeOf(const std::string& title) const {
+    const std::optional<xcb_window_t> window = find(title);
+    if (!window)
+        return std::nullopt;
+    const XConnection::XReply<xcb_get_geometry_reply_t> size{xcb_get_geometry_reply(
+        connection_.get(), xcb_get_geometry(connection_.get(), *window), nullptr)};
+    const XConnection::XReply<xcb_translate_coordinates_reply_t> corner{
+        xcb_translate_coordinates_reply(
+            connection_.get(),
+            xcb_translate_coordinates(connection_.get(), *window, connection_.root(), 0, 0),
+            nullptr)};
+    if (!size || !corner)
+        return std::nullopt; // it has just gone
+    return Box{corner->dst_x, corner->dst_y, size->width, size->height};
+}
+
 std::optional<xcb_window_t> WindowManagement::find(const std::string& title) const {
-    const auto tree = XConnection::answered(
-        xcb_query_tree_reply(connection_.get(),
-                             xcb_query_tree(connection_.get(), connection_.root()), nullptr),
-        "windows");
+    return findBelow(connection_.root(), title);
+}
+
+/// Also in the frame that a window manager has put it in.
+std::optional<xcb_window_t> WindowManagement::findBelow(xcb_window_t parent,
+                                                        const std::string& title) const {
+    const XConnection::XReply<xcb_query_tree_reply_t> tree{xcb_query_tree_reply(
+        connection_.get(), xcb_query_tree(connection_.get(), parent), nullptr)};
+    if (!tree)
+        return std::nullopt; // it has just gone
     const xcb_window_t* windows = xcb_query_tree_children(tree.get());
-    for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i)
-        if (isShown(windows[i]) && titleOf(windows[i]) == title)
+    for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
+        if (!isShown(windows[i]))
+            continue;
+        if (titleOf(windows[i]) == title)
             return windows[i];
+        if (const auto inside = findBelow(windows[i], title))
+            return inside;
+    }
     return std::nullopt;
 }
 

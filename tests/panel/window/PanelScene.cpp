@@ -13,10 +13,11 @@ namespace noctra {
 namespace {
 
 void failOnComplaint(QtMsgType type, const QMessageLogContext&, const QString& message) {
-    // The offscreen platform has no stack of windows, the program makes one window only, and some
-    // tests drag out of it.
+    // The offscreen platform has no stack of windows and no limits to their sizes, the program
+    // makes one window only, and some tests drag out of it.
     static const QStringList expected{
         QStringLiteral("This plugin does not support raise()"),
+        QStringLiteral("This plugin does not support propagateSizeHints()"),
         QStringLiteral("Scenegraph already initialized, setBackend() request ignored")};
     if (type != QtDebugMsg && type != QtInfoMsg && !expected.contains(message) &&
         !message.contains(QLatin1String("occurs outside target window")))
@@ -53,6 +54,7 @@ PanelScene::PanelScene()
     for (const char* name : {"Anybody-Bold", "Anybody-ExtraBold"})
         fonts.registerFont(resources.path(name, "ttf").value());
     panel.reset(library()(services));
+    panel->onCloseAsked([this] { panel->close(); });
 }
 
 PanelScene::~PanelScene() {
@@ -60,8 +62,8 @@ PanelScene::~PanelScene() {
     qInstallMessageHandler(nullptr);
 }
 
-void PanelScene::open() {
-    panel->show();
+void PanelScene::open(int height) {
+    panel->show({0, 0, 320, height});
     ASSERT_TRUE(QTest::qWaitForWindowActive(window()));
     settle();
 }

@@ -30,8 +30,8 @@ struct PanelScene : PanelControllers {
     PanelScene();
     ~PanelScene() override;
 
-    /// Shows the panel; it has the keyboard's focus afterwards.
-    void open();
+    /// Shows the panel, `height` points of it; it has the keyboard's focus afterwards.
+    void open(int height = 540);
     /// Null while there is no scene.
     [[nodiscard]] static QQuickWindow* window();
     /// Does what is due now and shows it.

@@ -1,0 +1,53 @@
+#include "app/linux/LinuxPopover.h"
+
+#include <cmath>
+#include <utility>
+
+#include "app/linux/LinuxPanel.h"
+#include "platform/linux/tray/TrayItem.h"
+#include "platform/linux/tray/XInputEventMonitors.h"
+
+namespace noctra {
+
+LinuxPopover::LinuxPopover(const Parts& parts) : parts_(parts) {
+    // At the first start the popover may be there before the item has found its place.
+    connect(&parts_.item, &TrayItem::placed, this, [this] {
+        if (isShown() && !isAtItem_)
+            place();
+    });
+}
+
+void LinuxPopover::setContentSize(double width, double height) {
+    size_ = {static_cast<int>(std::lround(width)), static_cast<int>(std::lround(height))};
+}
+
+bool LinuxPopover::isShown() const {
+    return parts_.panel.isShown();
+}
+
+void LinuxPopover::show(const StatusItemButton&) {
+    place();
+}
+
+void LinuxPopover::place() {
+    const TraySurroundings around = parts_.item.surroundings();
+    if (around.screen() == nullptr)
+        return; // nor is there anybody to see it
+    const QRect place = around.popoverPlace(size_);
+    isAtItem_ = around.knowsTheItem();
+    parts_.panel.show({place.x(), place.y(), place.width(), place.height()});
+}
+
+void LinuxPopover::performClose() {
+    if (!isShown())
+        return;
+    if (const auto& press = parts_.monitors.lastPress(); press && press->left)
+        parts_.closingPress.closedByPress(press->where, press->when);
+    parts_.panel.close();
+}
+
+void LinuxPopover::onCloseAsked(std::function<void()> asked) {
+    parts_.panel.onCloseAsked(std::move(asked));
+}
+
+} // namespace noctra

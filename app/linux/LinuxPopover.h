@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QtCore/QObject>
+#include <QtCore/QSize>
+
+#include "platform/Popover.h"
+
+namespace noctra {
+
+class ClosingPress;
+class LinuxPanel;
+class TrayItem;
+class XInputEventMonitors;
+
+/// The panel's window beside the item in the tray. Main thread; needs a QApplication.
+class LinuxPopover : public QObject, public Popover {
+public:
+    struct Parts {
+        LinuxPanel& panel;
+        TrayItem& item;
+        /// Knows the press that closed the popover, if one did.
+        const XInputEventMonitors& monitors;
+        ClosingPress& closingPress;
+    };
+
+    /// All of `parts` outlive the object.
+    explicit LinuxPopover(const Parts& parts);
+
+    void setContentSize(double width, double height) override;
+    [[nodiscard]] bool isShown() const override;
+    void show(const StatusItemButton& button) override;
+    void performClose() override;
+    void onCloseAsked(std::function<void()> asked) override;
+
+private:
+    void place();
+
+    const Parts parts_;
+    QSize size_;
+    bool isAtItem_ = false; ///< else where nobody knew better
+};
+
+} // namespace noctra

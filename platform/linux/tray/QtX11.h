@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include <QtCore/QPoint>
+#include <QtCore/QRect>
+#include <xcb/xcb.h>
+
+#include "platform/linux/tray/PixelRect.h"
+
+class QScreen;
+
+namespace noctra {
+
+// Where Qt and the X server meet. Main thread; needs a QGuiApplication.
+//
+// The X server counts pixels. Qt counts points: a screen's top left corner is where the X server
+// has it, and from there on a point is as many pixels as the screen's factor says.
+
+/// Qt's own connection; null where Qt does not run on an X server.
+[[nodiscard]] xcb_connection_t* qtXConnection();
+/// XCB_NONE where the server does not answer. A round trip.
+[[nodiscard]] xcb_atom_t internAtom(xcb_connection_t* connection, std::string_view name);
+
+/// Asks window managers to leave the window, which has not been shown yet, out of lists of windows
+/// (EWMH 1.5, _NET_WM_STATE).
+void keepOffTaskLists(std::uintptr_t window);
+
+/// A number among those that the X server has given Qt's connection for its windows; XCB_NONE where
+/// there is no connection.
+[[nodiscard]] xcb_window_t qtWindowNumbers();
+/// XCB_NONE where there is no connection.
+[[nodiscard]] xcb_window_t rootWindow(xcb_connection_t* connection);
+/// The whole X screen as it is now; empty where the server does not answer.
+[[nodiscard]] PixelRect wholeScreen(xcb_connection_t* connection);
+
+[[nodiscard]] PixelRect pixelsOf(const QScreen& screen);
+/// The screen that holds the pixel; null where it is on none.
+[[nodiscard]] QScreen* screenAt(PixelPoint pixel);
+/// The screen under the pointer, else the primary one, else null.
+[[nodiscard]] QScreen* screenUnderPointer();
+
+[[nodiscard]] PixelRect toPixels(const QRect& points, const QScreen& screen);
+[[nodiscard]] PixelPoint toPixels(const QPoint& point, const QScreen& screen);
+[[nodiscard]] QPoint toPoints(PixelPoint pixel, const QScreen& screen);
+
+/// Where the pointer is.
+[[nodiscard]] PixelPoint pointer();
+
+} // namespace noctra

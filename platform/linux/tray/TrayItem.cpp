@@ -1,0 +1,167 @@
+#include "platform/linux/tray/TrayItem.h"
+
+#include <array>
+
+#include <QtGui/QAction>
+#include <QtGui/QScreen>
+
+#include "platform/linux/tray/QtX11.h"
+#include "platform/qt/pdf/QtImages.h"
+
+namespace noctra {
+
+namespace {
+
+// Bars that have both kinds of tray do not bring them up in the same moment.
+constexpr Seconds embeddingPatience{0.5};
+// A session's first programs start together; its bar needs a few seconds.
+constexpr Seconds hostPatience{5.0};
+// When to look where the item has come to lie, after it or its host has come.
+constexpr std::array settlingDelays{Seconds(0.1), Seconds(0.4), Seconds(1.5)};
+
+} // namespace
+
+TrayItem::TrayItem(const TrayServices& services)
+    : services_(services), hosts_([this] { lookForHosts(); }),
+      embedding_(services.mainQueue, [this] { embedIfNothingBetterCame(); }),
+      noHost_(services.mainQueue, [this] { sayThatThereIsNoHost(); }),
+      settling_(services.mainQueue, [this] { settleIn(); }) {
+    noHost_.schedule(hostPatience);
+}
+
+TrayItem::~TrayItem() = default;
+
+void TrayItem::lookForHosts() {
+    if (icon_) {
+        settlingAttempts_ = 0;
+        settling_.schedule(settlingDelays.front());
+        return;
+    }
+    // Not before a host is there: Qt asks for one when the first icon is made, and never again.
+    if (hosts_.hasNotifierHost()) {
+        isNotifierItem_ = true;
+        appear("StatusNotifierItem");
+    } else if (hosts_.hasEmbeddingHost()) {
+        embedding_.schedule(embeddingPatience);
+    }
+}
+
+void TrayItem::embedIfNothingBetterCame() {
+    if (!icon_ && hosts_.hasEmbeddingHost())
+        appear("system tray of the X server");
+}
+
+void TrayItem::appear(const char* kind) {
+    noHost_.cancel();
+    embedding_.cancel();
+    services_.log.log("Tray: " + std::string(kind));
+    icon_ = std::make_unique<QSystemTrayIcon>();
+    icon_->setContextMenu(&menu_);
+    connect(icon_.get(), &QSystemTrayIcon::activated, this, &TrayItem::activated);
+    lookAtBar();
+    icon_->show();
+    settlingAttempts_ = 0;
+    settling_.schedule(settlingDelays.front());
+}
+
+/// Bars are drawn, and items given their place, some time after they are there.
+void TrayItem::settleIn() {
+    lookAtBar();
+    if (!icon_->geometry().isEmpty())
+        emit placed();
+    if (++settlingAttempts_ < static_cast<int>(settlingDelays.size()))
+        settling_.schedule(settlingDelays[static_cast<std::size_t>(settlingAttempts_)]);
+}
+
+void TrayItem::sayThatThereIsNoHost() {
+    services_.log.log("Tray: none on this desktop; noctra://show, or starting noctra again, opens "
+                      "the panel");
+}
+
+void TrayItem::setMenu(std::optional<Menu> menu) {
+    menu_.clear();
+    if (!menu)
+        return;
+    for (const MenuItem& item : *menu) {
+        QAction* const action = menu_.addAction(QString::fromStdString(item.title));
+        if (!item.keyEquivalent.empty())
+            action->setShortcut(
+                QKeySequence("Ctrl+" + QString::fromStdString(item.keyEquivalent).toUpper()));
+        connect(action, &QAction::triggered, this, [run = item.action] { run(); });
+    }
+}
+
+void TrayItem::setImage(const StatusImage& image) {
+    image_ = image;
+    if (!icon_)
+        return;
+    drawIcon();
+    // Looking costs round trips to the X server: once where the filter is switched many times.
+    settlingAttempts_ = static_cast<int>(settlingDelays.size()) - 1;
+    settling_.schedule(settlingDelays.front());
+}
+
+/// Finds the colour in which a template can be seen on the bar.
+void TrayItem::lookAtBar() {
+    if (image_ && image_->isTemplate)
+        templateColor_ = surroundings().templateColor();
+    drawIcon();
+}
+
+void TrayItem::drawIcon() {
+    const QColor color = image_ && image_->isTemplate ? templateColor_ : QColor();
+    if (!image_ || (drawn_.picture == image_->picture && drawn_.color == color))
+        return;
+    drawn_ = {image_->picture, color};
+    icon_->setIcon(QtImages::icon(*image_, color));
+    icon_->setToolTip(QString::fromStdString(image_->description));
+}
+
+void TrayItem::activated(QSystemTrayIcon::ActivationReason reason) {
+    switch (reason) {
+    case QSystemTrayIcon::Trigger:
+    case QSystemTrayIcon::DoubleClick: // the second of two
+        click_ = pointer();
+        if (!services_.closingPress.swallows(*click_, services_.steadyClock.now()))
+            act(MouseEvent::leftMouseUp);
+        break;
+    case QSystemTrayIcon::Context:
+        if (!menu_.isVisible()) // else Qt has opened it
+            act(MouseEvent::rightMouseUp);
+        break;
+    default:
+        break;
+    }
+}
+
+void TrayItem::act(MouseEvent event) {
+    lookAtBar();
+    event_ = event;
+    if (action_)
+        action_();
+    event_.reset();
+}
+
+void TrayItem::performClick() {
+    if (!menu_.isEmpty() && !menu_.isVisible())
+        menu_.popup(QCursor::pos());
+}
+
+TraySurroundings TrayItem::surroundings() const {
+    const bool hasHost =
+        icon_ && (isNotifierItem_ ? hosts_.hasNotifierHost() : hosts_.hasEmbeddingHost());
+    return TraySurroundings({
+        .hasHost = hasHost,
+        .geometry = hasHost ? icon_->geometry() : QRect(),
+        .click = click_,
+        .clickIsNow = event_ == MouseEvent::leftMouseUp,
+        .hostProcess = hosts_.notifierProcess(),
+    });
+}
+
+std::optional<double> TrayItem::visibleScreenHeight() const {
+    const TraySurroundings around = surroundings();
+    return around.screen() != nullptr ? std::optional(around.visibleHeight()) : std::nullopt;
+}
+
+} // namespace noctra

@@ -1,0 +1,241 @@
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/app/AppDelegateFixture.h"
+
+namespace noctra {
+
+namespace {
+
+struct MenuBarTest : AppDelegateFixture {
+    void leftClick() { desktop.statusBar.click(MouseEvent::leftMouseUp); }
+    void rightClick() { desktop.statusBar.click(MouseEvent::rightMouseUp); }
+    [[nodiscard]] bool isShown() const { return popover != nullptr && popover->shown; }
+};
+
+} // namespace
+
+TEST_F(MenuBarTest, TheIconFollowsTheFilter) {
+    launch();
+    const SimulatedStatusBar& bar = desktop.statusBar;
+    EXPECT_EQ(bar.imagesSet, 2) << "at once, and with the first value of the subscription";
+    struct Step {
+        bool enabled;
+        const char* path;
+        const char* line;
+    };
+    for (const Step& step :
+         {Step{true, "/icons/active.pdf", "Menu bar PDF loaded: active.pdf template=false"},
+          Step{false, "/icons/off.pdf", "Menu bar PDF loaded: off.pdf template=true"}}) {
+        desktop.log.messages.clear();
+        engine->isEnabled = step.enabled;
+        desktop.settle();
+        EXPECT_EQ(bar.pictureName(), step.path);
+        EXPECT_EQ(bar.image->isTemplate, !step.enabled);
+        EXPECT_EQ(bar.image->width, 18.0);
+        EXPECT_EQ(bar.image->height, 18.0);
+        EXPECT_EQ(desktop.log.count(step.line), 1U);
+    }
+    desktop.log.messages.clear();
+    engine->intensity = 0.3;
+    desktop.settle();
+    EXPECT_EQ(bar.imagesSet, 4) << "a fader is none of the icon's business";
+}
+
+TEST_F(MenuBarTest, ASymbolStandsInForAnIconThatIsMissingOrDamaged) {
+    launch();
+    SimulatedStatusBar& bar = desktop.statusBar;
+    for (const bool damaged : {false, true}) {
+        if (damaged) {
+            resources.paths = {{"active.pdf", "x"}, {"off.pdf", "x"}};
+            desktop.images.drawsFiles = false;
+        } else {
+            resources.paths.clear();
+        }
+        for (const bool enabled : {true, false}) {
+            desktop.log.messages.clear();
+            engine->isEnabled = enabled;
+            desktop.settle();
+            const std::string file = enabled ? "active.pdf" : "off.pdf";
+            EXPECT_EQ(desktop.log.messages.back(),
+                      (damaged ? "Menu bar PDF failed to load: " : "Menu bar PDF missing: ") +
+                          file);
+            EXPECT_EQ(bar.pictureName(), "bolt.fill");
+            EXPECT_EQ(bar.image->isTemplate, !enabled);
+            EXPECT_EQ(bar.image->description, enabled ? "Noctra On" : "Noctra Off");
+            const SymbolRequest& asked = desktop.images.symbols.back();
+            EXPECT_EQ(asked.pointSize, 13.0);
+            EXPECT_TRUE(asked.bold);
+            EXPECT_EQ(asked.color, enabled ? std::optional(colors::systemRed) : std::nullopt);
+        }
+    }
+    desktop.images.hasSymbols = false;
+    const int before = bar.imagesSet;
+    engine->isEnabled = true;
+    desktop.settle();
+    EXPECT_EQ(bar.imagesSet, before) << "the icon stays where there is nothing to put there";
+}
+
+TEST_F(MenuBarTest, LeftClicksOpenAndCloseThePopoverAndClicksElsewhereCloseIt) {
+    launch();
+    EXPECT_EQ(popover->width, 0.0) << "nothing opens by itself at a later start";
+    leftClick();
+    EXPECT_TRUE(isShown());
+    EXPECT_EQ(popover->width, 320.0);
+    EXPECT_EQ(desktop.application.activations, 1);
+    leftClick();
+    EXPECT_FALSE(isShown());
+    EXPECT_EQ(desktop.eventMonitors.pressElsewhere(), 0) << "nobody listens while it is closed";
+    leftClick();
+    EXPECT_EQ(desktop.eventMonitors.pressElsewhere(), 1);
+    EXPECT_FALSE(isShown());
+    EXPECT_EQ(desktop.eventMonitors.pressElsewhere(), 0);
+
+    leftClick();
+    popover->closeAsked(); // the Escape key
+    EXPECT_FALSE(isShown());
+    EXPECT_EQ(desktop.eventMonitors.pressElsewhere(), 0);
+
+    leftClick();
+    popover->shown = false; // the desktop closed it
+    leftClick();
+    EXPECT_TRUE(isShown());
+    EXPECT_EQ(desktop.eventMonitors.pressElsewhere(), 1) << "the stale monitor has gone";
+
+    desktop.eventMonitors.works = false;
+    leftClick();
+    EXPECT_TRUE(isShown());
+    desktop.statusBar.callActionWithoutEvent();
+    EXPECT_TRUE(isShown()) << "an action without an event does nothing";
+}
+
+TEST_F(MenuBarTest, ThePopoverIsAsHighAsTheScreenLetsIt) {
+    launch();
+    using Height = std::optional<double>;
+    struct Screen {
+        Height buttons;
+        Height main;
+        double expected;
+    };
+    for (const Screen& screen :
+         {Screen{1080.0, 400.0, 540.0}, Screen{564.0, {}, 540.0}, Screen{563.0, {}, 539.0},
+          Screen{500.0, {}, 476.0}, Screen{384.0, {}, 360.0}, Screen{350.0, {}, 360.0},
+          Screen{{}, 500.0, 476.0}, Screen{{}, {}, 516.0}}) {
+        desktop.statusBar.screenHeight = screen.buttons;
+        desktop.statusBar.mainScreenHeight = screen.main;
+        leftClick();
+        EXPECT_EQ(popover->height, screen.expected) << screen.buttons.value_or(-1);
+        leftClick();
+    }
+}
+
+TEST_F(MenuBarTest, ARightClickOffersToQuitAndNothingElse) {
+    for (const bool desktopOpensMenus : {false, true}) {
+        desktop.statusBar.opensMenus = desktopOpensMenus;
+        desktop.statusBar.menu.reset();
+        desktop.statusBar.menusOpened.clear();
+        launch();
+        engine->isEnabled = true;
+        rightClick();
+        ASSERT_EQ(desktop.statusBar.menusOpened.size(), 1U);
+        const Menu menu = desktop.statusBar.menusOpened.back();
+        ASSERT_EQ(menu.size(), 1U);
+        EXPECT_EQ(menu[0].title, "Quit Noctra");
+        EXPECT_EQ(menu[0].keyEquivalent, "q");
+        EXPECT_FALSE(isShown());
+        desktop.settle();
+        leftClick();
+        EXPECT_TRUE(isShown()) << "the menu does not take the left clicks";
+        rightClick();
+        EXPECT_TRUE(isShown()) << "the menu leaves the popover alone";
+        EXPECT_EQ(desktop.statusBar.menusOpened.size(), 2U);
+        desktop.settle();
+        leftClick();
+    }
+    desktop.statusBar.menusOpened.back()[0].action();
+    EXPECT_EQ(desktop.application.terminatedWith, 0);
+    EXPECT_EQ(desktop.displays.tablesOf(1), SimulatedDisplays::linearTables());
+}
+
+TEST_F(MenuBarTest, AScreenChangeClosesThePopoverAndOpensItWhereItBelongsNow) {
+    launch();
+    desktop.displayChanges.screenParametersChanged();
+    desktop.advance(Seconds(1.0));
+    EXPECT_FALSE(isShown()) << "a closed one stays closed";
+    leftClick();
+    desktop.statusBar.screenHeight = 500.0;
+    desktop.displayChanges.screenParametersChanged();
+    EXPECT_FALSE(isShown());
+    desktop.advance(Seconds(0.06));
+    desktop.displayChanges.screenParametersChanged();
+    desktop.advance(Seconds(0.05));
+    EXPECT_FALSE(isShown());
+    desktop.advance(Seconds(0.02));
+    EXPECT_TRUE(isShown()) << "0.12 s after the first of the changes";
+    EXPECT_EQ(popover->height, 476.0);
+    desktop.advance(Seconds(1.0));
+    EXPECT_EQ(popover->showings, 2);
+    EXPECT_EQ(desktop.eventMonitors.pressElsewhere(), 1);
+
+    leftClick();
+    desktop.displayChanges.screenParametersChanged();
+    owned.reset();
+    desktop.advance(Seconds(1.0)); // nothing is left that could be shown
+}
+
+TEST_F(MenuBarTest, ShowOpensThePopoverAndNeverClosesIt) {
+    launch();
+    for (const bool hasButton : {true, false}) {
+        desktop.statusBar.hasButtons = hasButton;
+        popover->shown = false;
+        for (int i = 0; i < 2; ++i) {
+            desktop.log.messages.clear();
+            desktop.urls.handlers->open("noctra://show");
+            EXPECT_EQ(desktop.log.messages.back(), "Automation command applied: show");
+            EXPECT_EQ(isShown(), hasButton);
+        }
+    }
+    EXPECT_EQ(popover->showings, 1);
+}
+
+TEST_F(MenuBarTest, TheVeryFirstRunOpensThePopoverOnce) {
+    for (const bool hasButton : {true, false}) {
+        desktop.statusBar.hasButtons = hasButton;
+        desktop.preferences.store("hasShownFirstRunPopover", false);
+        delegate.applicationDidFinishLaunching();
+        EXPECT_TRUE(desktop.preferences.boolForKey("hasShownFirstRunPopover"))
+            << "noted before anything is shown";
+        EXPECT_FALSE(isShown());
+        desktop.settle();
+        EXPECT_EQ(isShown(), hasButton);
+        EXPECT_EQ(desktop.eventMonitors.pressElsewhere(), hasButton ? 1 : 0);
+    }
+    desktop.preferences.store("hasShownFirstRunPopover", false);
+    desktop.process.setEnvironment("NOCTRA_MENUBAR_ICON_TEST", "1");
+    launch();
+    EXPECT_FALSE(desktop.preferences.boolForKey("hasShownFirstRunPopover"))
+        << "the icon test is nobody's first run";
+}
+
+TEST_F(MenuBarTest, RunsAllTheSameWhereThereIsNoItemOrNoPopover) {
+    desktop.statusBar.hasItems = false;
+    launch();
+    EXPECT_EQ(desktop.statusBar.imagesSet, 0);
+    desktop.urls.handlers->open("noctra://show");
+    EXPECT_FALSE(isShown());
+    EXPECT_EQ(desktop.log.messages.back(), "Automation command applied: show");
+
+    desktop.statusBar.hasItems = true;
+    hasPopover = false;
+    popover = nullptr;
+    launch();
+    leftClick();
+    desktop.urls.handlers->open("noctra://show");
+    desktop.displayChanges.screenParametersChanged();
+    EXPECT_EQ(desktop.statusBar.pictureName(), "/icons/off.pdf");
+}
+
+} // namespace noctra

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tests/desktop/support/InputDevices.h"
+#include "tests/desktop/support/TestDesktop.h"
+
+namespace noctra::desktop {
+
+enum class TrayKind {
+    notifierItems, ///< xfce4-panel, which shows StatusNotifierItems, with openbox
+    embedded,      ///< trayer, which takes in windows, without a window manager
+};
+std::ostream& operator<<(std::ostream& stream, TrayKind kind);
+
+/// A bar with a tray at the top of the first display, its right end at the display's; 28 pixels
+/// high or less. Not there before it is started.
+class TrayHost {
+public:
+    /// `bar`: its colour as 0xRRGGBB, for `embedded` only; the other's is dark.
+    TrayHost(const TestDesktop& desktop, TrayKind kind, std::uint32_t bar = 0x202020);
+
+    void start();
+    /// Kills it, as a crash does.
+    void kill();
+    /// The part of the screen in which the item's picture is.
+    [[nodiscard]] static Box placeOfItems(const Box& display);
+
+private:
+    const TestDesktop& desktop_;
+    TrayKind kind_;
+    std::uint32_t barColor_;
+    std::vector<std::unique_ptr<Program>> helpers_;
+    std::unique_ptr<Program> bar_;
+};
+
+} // namespace noctra::desktop
