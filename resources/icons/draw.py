@@ -182,5 +182,6 @@ def pdf(shapes):
             f"trailer\n<< /Size {count} /Root 1 0 R >>\nstartxref\n{len(text)}\n%%EOF\n")
 
 
-for name, drawn in ICONS.items():
-    (pathlib.Path(__file__).parent / f"{name}.pdf").write_bytes(pdf(drawn).encode("ascii"))
+if __name__ == "__main__":
+    for name, drawn in ICONS.items():
+        (pathlib.Path(__file__).parent / f"{name}.pdf").write_bytes(pdf(drawn).encode("ascii"))
