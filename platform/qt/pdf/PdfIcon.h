@@ -1,5 +1,8 @@
 #pragma once
 
+#include <span>
+#include <vector>
+
 #include <QtCore/QString>
 #include <QtGui/QColor>
 #include <QtGui/QImage>
@@ -15,6 +18,10 @@ namespace noctra {
 ///
 /// Each time that Qt 6.4 cannot read a file it loses about 1.4 kB: do not retry without end.
 QImage drawPdfIcon(const QString& path, double points, double devicePixelRatio);
+
+/// The same as images of these `sides`, in pixels from 1 to 4096, with the file opened once. Empty
+/// where one of them cannot be drawn.
+std::vector<QImage> drawPdfIcons(const QString& path, std::span<const int> sides);
 
 /// `icon` as a template: its coverage kept, its colours replaced by `color`, whose opacity counts
 /// too.

@@ -34,11 +34,9 @@ const QtPicture* pictureOf(const StatusImage& image) {
 /// Drawn once for all sizes that icons need, so that switching the filter draws nothing anew.
 class PdfPicture : public QtPicture {
 public:
-    explicit PdfPicture(const QString& path) : path_(path) {
-        for (const int side : iconSides)
-            images_.push_back(drawPdfIcon(path, side, 1.0));
-    }
-    [[nodiscard]] bool isDrawn() const { return !images_.front().isNull(); }
+    explicit PdfPicture(const QString& path)
+        : path_(path), images_(drawPdfIcons(path, iconSides)) {}
+    [[nodiscard]] bool isDrawn() const { return !images_.empty(); }
     [[nodiscard]] QImage drawn(int side) const override {
         const auto* const known = std::find(iconSides.begin(), iconSides.end(), side);
         return known != iconSides.end()
