@@ -13,16 +13,15 @@ namespace noctra::desktop {
 namespace {
 
 // What the icons are drawn in: the active one in its own red, the other as the bar asks for.
-constexpr std::uint32_t activeRed = 0xFF453B;
+constexpr std::uint32_t activeRed = TrayHost::activeRed;
 constexpr std::uint32_t white = 0xFFFFFF;
 constexpr std::uint32_t black = 0x000000;
-constexpr int enoughPixels = 20;
 constexpr Point elsewhere{100, 500};
 
 struct TrayOfAnyKind : PanelFixture {
     [[nodiscard]] std::optional<Point> item(std::uint32_t color) const {
         return Screenshot(server().display(), TrayHost::placeOfItems(firstDisplay))
-            .middleOf(color, enoughPixels);
+            .middleOf(color, TrayHost::enoughPixels);
     }
     [[nodiscard]] bool showsItem(std::uint32_t color) const {
         return pollUntil(patience, [&] { return item(color).has_value(); });

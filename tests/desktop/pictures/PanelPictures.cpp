@@ -10,6 +10,7 @@
 #include "tests/desktop/support/FakeBacklight.h"
 #include "tests/desktop/support/MountNamespace.h"
 #include "tests/desktop/support/PanelFixture.h"
+#include "tests/desktop/support/TrayHost.h"
 
 namespace noctra::desktop {
 
@@ -46,9 +47,9 @@ struct PanelPictures : PanelFixture {
             return same == 30; // longer than a frame of the slowest spring takes to show
         });
     }
-    void take(const std::string& name) {
+    void take(const std::string& name) { take(name, panelExtents()); }
+    void take(const std::string& name, const Box& box) {
         ASSERT_TRUE(restsNow());
-        const Box box = panelExtents();
         const auto picture = desktop().startOther(
             {NOCTRA_TAKE_PICTURE, (folder / (name + ".png")).string(), std::to_string(box.x),
              std::to_string(box.y), std::to_string(box.width), std::to_string(box.height)});
@@ -66,6 +67,23 @@ TEST_F(PanelPictures, Filter) {
     openSettings();
     moveAway();
     take("panel-settings");
+}
+
+TEST_F(PanelPictures, Tray) {
+    TrayHost host(desktop(), TrayKind::notifierItems);
+    host.start();
+    program = startProgram();
+    command(*program, "noctra://on");
+    std::optional<Point> item;
+    ASSERT_TRUE(pollUntil(patience, [&] {
+        item = Screenshot(server().display(), TrayHost::placeOfItems(firstDisplay))
+                   .middleOf(TrayHost::activeRed, TrayHost::enoughPixels);
+        return item.has_value();
+    }));
+    hands().click(*item);
+    click(controls::evening);
+    hands().moveTo({firstDisplay.width - 380, 300});
+    take("tray", {firstDisplay.width - 420, 0, 420, firstDisplay.height});
 }
 
 TEST_F(PanelPictures, SevereWarning) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,6 +20,10 @@ std::ostream& operator<<(std::ostream& stream, TrayKind kind);
 /// high or less. Not there before it is started.
 class TrayHost {
 public:
+    /// What the icon of a filter that is on is drawn in, and how much of it there is at least.
+    static constexpr std::uint32_t activeRed = 0xFF453B;
+    static constexpr int enoughPixels = 20;
+
     /// `bar`: its colour as 0xRRGGBB, for `embedded` only; the other's is dark.
     TrayHost(const TestDesktop& desktop, TrayKind kind, std::uint32_t bar = 0x202020);
 
