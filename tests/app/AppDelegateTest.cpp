@@ -180,8 +180,9 @@ TEST_F(AppDelegateTest, RunsTheIconTestAndQuitsWhereTheEnvironmentAsksForExactly
         bool writable;
         bool hasImage;
     };
-    for (const auto [writable, hasImage] :
-         {Case{true, true}, Case{true, false}, Case{false, true}}) {
+    for (const Case& known : {Case{true, true}, Case{true, false}, Case{false, true}}) {
+        const bool writable = known.writable;
+        const bool hasImage = known.hasImage;
         desktop.statusBar.hasButtons = hasImage;
         desktop.files.error = writable ? "" : "no space";
         desktop.files.contents.clear();
