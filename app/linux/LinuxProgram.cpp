@@ -26,6 +26,7 @@
 #include "platform/linux/StandardOutput.h"
 #include "platform/linux/XdgLoginItem.h"
 #include "platform/linux/backlight/SysfsBacklight.h"
+#include "platform/linux/tray/QtPresses.h"
 #include "platform/linux/tray/QtX11.h"
 #include "platform/linux/tray/TrayBar.h"
 #include "platform/linux/tray/XInputEventMonitors.h"
@@ -170,7 +171,9 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
     LinuxPanel panel(log, mainQueue, steadyClock, application);
     QtImages images;
     ClosingPress closingPress;
-    XInputEventMonitors eventMonitors(mainQueue, steadyClock, log, qtWindowNumbers);
+    const QtPresses presses;
+    XInputEventMonitors eventMonitors(mainQueue, steadyClock, log, qtWindowNumbers,
+                                      [&] { return presses.time(); });
     TrayBar tray({.log = log,
                   .mainQueue = mainQueue,
                   .steadyClock = steadyClock,

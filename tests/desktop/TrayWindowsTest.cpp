@@ -45,6 +45,20 @@ struct Client : XConnection {
         xcb_change_property(get(), XCB_PROP_MODE_REPLACE, window, atom(property), type, 32,
                             static_cast<std::uint32_t>(values.size()), values.data());
     }
+    /// From now on `timeOfPress` knows of the presses on the window.
+    void hearPresses(xcb_window_t window) const {
+        const std::uint32_t mask = XCB_EVENT_MASK_BUTTON_PRESS;
+        xcb_change_window_attributes(get(), window, XCB_CW_EVENT_MASK, &mask);
+    }
+    /// Of the last one, by the server's clock.
+    xcb_timestamp_t timeOfPress() const {
+        static_cast<void>(isAlive()); // all that came before has arrived then
+        xcb_timestamp_t time = 0;
+        while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(get())})
+            if (event->response_type == XCB_BUTTON_PRESS)
+                time = reinterpret_cast<const xcb_button_press_event_t*>(event.get())->time;
+        return time;
+    }
     void makeDock(xcb_window_t window) const {
         set(window, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM,
             {atom("_NET_WM_WINDOW_TYPE_NORMAL"), atom("_NET_WM_WINDOW_TYPE_DOCK")});
@@ -150,6 +164,7 @@ struct Presses : testing::Test {
                        std::to_string(button)});
         ASSERT_TRUE(own.isAlive()); // an answer comes after what was sent to others before
         loop.turn(queue);
+        queue.runDue();
     }
 
     Client own{server().display()};
@@ -160,13 +175,16 @@ struct Presses : testing::Test {
     MainQueue queue{loop, clock};
     RecordedLog log;
     xcb_window_t popover = own.show(own.root(), {10, 300, 100, 100}, dark);
-    XInputEventMonitors monitors{queue, clock, log, [this] {
-                                     return popover;
+    bool windowWasTold = false;
+    XInputEventMonitors monitors{queue, clock, log, [this] { return popover; },
+                                 [this] {
+                                     return windowWasTold ? other.timeOfPress() : 0;
                                  }};
 };
 
 TEST_F(Presses, InOtherProgramsAreToldWhereverTheyGo) {
     const xcb_window_t tray = other.show(other.root(), {200, 300, 200, 100}, light);
+    other.hearPresses(tray);
     ASSERT_TRUE(other.isAlive());
     own.show(tray, {150, 50, 50, 50}, dark); // the item
     const auto grab = [this] {
@@ -201,7 +219,20 @@ TEST_F(Presses, InOtherProgramsAreToldWhereverTheyGo) {
         {"wheel", {210, 310}, 4, {}},
         {"the popover", {50, 350}, 1, {}},
         {"the item in the tray", {360, 360}, 3, {}},
-        {"beside the item", {340, 340}, 1, true},
+        {"the popover, which the pointer has left already",
+         {210, 310},
+         1,
+         {},
+         [&] {
+             windowWasTold = true;
+         }},
+        {"beside the item",
+         {340, 340},
+         1,
+         true,
+         [&] {
+             windowWasTold = false;
+         }},
         {"while another has grabbed the mouse", {210, 310}, 1, true, grab},
         {"for the left hand",
          {210, 310},
@@ -282,7 +313,8 @@ TEST(PressesOfAServerThatDies, AreNotMissedWithMoreThanOneLine) {
     VirtualSteadyClock clock;
     MainQueue queue(loop, clock);
     RecordedLog log;
-    XInputEventMonitors monitors(queue, clock, log, [] { return XCB_NONE; });
+    XInputEventMonitors monitors(
+        queue, clock, log, [] { return XCB_NONE; }, [] { return 0U; });
     const AnyCancellable token = monitors.addGlobalMonitor([] { FAIL(); });
     mortal.killAtOnce();
     ASSERT_TRUE(pollUntil(patience, [&] {

@@ -91,7 +91,7 @@ std::optional<RawPresses::Press> RawPresses::next(const OwnWindow& ownWindow) {
         if (button != leftButton && button != rightButton)
             continue;
         if (const auto where = findOutside(press->deviceid, ownWindow()))
-            return Press{*where, button == leftButton};
+            return Press{*where, button == leftButton, press->time};
     }
     return std::nullopt;
 }

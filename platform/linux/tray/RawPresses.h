@@ -17,8 +17,9 @@ namespace noctra {
 class RawPresses {
 public:
     struct Press {
-        PixelPoint where;  ///< of the pointer, when the press is read
-        bool left = false; ///< else right; as the person has set the buttons up
+        PixelPoint where;         ///< of the pointer, when the press is read
+        bool left = false;        ///< else right; as the person has set the buttons up
+        xcb_timestamp_t time = 0; ///< the X server's, in ms
     };
     using OwnWindow = std::function<xcb_window_t()>;
 

@@ -12,6 +12,7 @@ struct XInputEventMonitors::Shared {
     const SteadyClock& clock;
     Log& log;
     const OwnWindow ownWindow;
+    const OwnPressTime ownPressTime;
     std::optional<Press> lastPress = {};
     bool hasComplained = false;
 
@@ -56,8 +57,14 @@ private:
             const auto press = presses_.next(shared_->ownWindow);
             if (!press)
                 break;
-            shared_->lastPress = Press{press->where, shared_->clock.now(), press->left};
-            tell();
+            // Raw presses do not say where they were, and the pointer may have left one of our
+            // windows since. By the next turn the window has been told of the press.
+            const Press outside{press->where, shared_->clock.now(), press->left};
+            shared_->queue.async([weak = weak_from_this(), outside, time = press->time] {
+                const auto self = weak.lock();
+                if (self && time != self->shared_->ownPressTime())
+                    self->tell(outside);
+            });
         }
         if (presses_.isBroken()) {
             watch_.cancel();
@@ -65,7 +72,8 @@ private:
         }
     }
 
-    void tell() {
+    void tell(const Press& press) {
+        shared_->lastPress = press;
         const auto monitors = monitors_; // those who are told may add to them
         for (const auto& weak : monitors)
             if (const auto monitor = weak.lock())
@@ -80,8 +88,9 @@ private:
 };
 
 XInputEventMonitors::XInputEventMonitors(MainQueue& queue, const SteadyClock& clock, Log& log,
-                                         OwnWindow ownWindow)
-    : shared_(std::make_shared<Shared>(Shared{queue, clock, log, std::move(ownWindow)})) {}
+                                         OwnWindow ownWindow, OwnPressTime ownPressTime)
+    : shared_(std::make_shared<Shared>(
+          Shared{queue, clock, log, std::move(ownWindow), std::move(ownPressTime)})) {}
 
 XInputEventMonitors::~XInputEventMonitors() = default;
 

@@ -28,14 +28,19 @@ public:
     /// none. X servers number windows by connection, so one stands for all windows of Qt's.
     using OwnWindow = RawPresses::OwnWindow;
 
+    /// When a window of this program's was last told of a press, by the X server's clock in ms.
+    using OwnPressTime = std::function<xcb_timestamp_t()>;
+
     /// Begins nothing yet. `queue`, `clock` and `log` must outlive the object and all tokens.
-    XInputEventMonitors(MainQueue& queue, const SteadyClock& clock, Log& log, OwnWindow ownWindow);
+    XInputEventMonitors(MainQueue& queue, const SteadyClock& clock, Log& log, OwnWindow ownWindow,
+                        OwnPressTime ownPressTime);
     XInputEventMonitors(const XInputEventMonitors&) = delete;
     XInputEventMonitors& operator=(const XInputEventMonitors&) = delete;
     ~XInputEventMonitors() override;
 
     /// Presses on windows of this program's are not told, those outside of them are also where this
-    /// program has grabbed the pointer. `pressed` must not throw.
+    /// program has grabbed the pointer. They are told one turn of the queue later than they are
+    /// heard of. `pressed` must not throw.
     [[nodiscard]] AnyCancellable addGlobalMonitor(std::function<void()> pressed) override;
 
     /// The last press that was told, there before it is told. Nothing from when somebody begins to
