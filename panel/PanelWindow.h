@@ -23,8 +23,8 @@ class PanelWindow {
 public:
     virtual ~PanelWindow() = default;
 
-    /// Shows the panel at `place` with the keyboard's focus, or moves it there where it is shown
-    /// already. Where it cannot be drawn that is logged, and nothing is shown.
+    /// Shows the panel at `place` with the keyboard's focus; where it is shown already, only moves
+    /// it there. Where it cannot be drawn that is logged, and nothing is shown.
     virtual void show(const PanelPlace& place) = 0;
 
     /// Takes it off the screen and frees the scene, at the latest on a later turn of the main

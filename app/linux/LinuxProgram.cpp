@@ -69,7 +69,7 @@ void preset(const char* variable, const char* value) {
 
 void prepareQt(const DisplayService& displays, bool hasSessionBus) {
     // Its windows belong on the displays that are dimmed.
-    preset("QT_QPA_PLATFORM", displays.windowSystem);
+    qputenv("QT_QPA_PLATFORM", displays.windowSystem);
     // All that it draws has its own looks; a theme would load another toolkit for nothing.
     preset("QT_QPA_PLATFORMTHEME", "generic");
     // Without a bus Qt would try to start one, and on one that does not answer wait for it.
@@ -172,8 +172,7 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
     QtImages images;
     ClosingPress closingPress;
     const QtPresses presses;
-    XInputEventMonitors eventMonitors(mainQueue, steadyClock, log, qtWindowNumbers,
-                                      [&] { return presses.time(); });
+    XInputEventMonitors eventMonitors(mainQueue, steadyClock, log, [&] { return presses.time(); });
     TrayBar tray({.log = log,
                   .mainQueue = mainQueue,
                   .steadyClock = steadyClock,

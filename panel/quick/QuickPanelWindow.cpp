@@ -48,9 +48,11 @@ void QuickPanelWindow::show(const PanelPlace& place) {
     view_->setMinimumSize(box.size());
     view_->setMaximumSize(box.size());
     view_->setGeometry(box);
+    if (view_->isVisible())
+        return; // moved; whoever has the keyboard keeps it
     if (view_->handle() == nullptr && services_.windowMade)
         services_.windowMade(view_->winId());
-    view_->showNormal(); // also where it was minimised
+    view_->show();
     view_->raise();
     view_->requestActivate();
 }
@@ -89,6 +91,9 @@ void QuickPanelWindow::close() {
 }
 
 void QuickPanelWindow::freeScene() {
+    // Once more: a press that was under way when it was hidden has made Qt remember the window as
+    // the one with the pressed button, and Qt forgets that at a hide() only, not at the end.
+    view_->hide();
     view_.reset();
     model_.reset();
     ::malloc_trim(0); // what the scene took is much more than what runs without it

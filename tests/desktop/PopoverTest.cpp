@@ -91,6 +91,33 @@ TEST_F(Popover, ThatIsClosedStaysClosedWhenTheDisplaysChange) {
     EXPECT_TRUE(endsCleanly(*program, SIGTERM));
 }
 
+// A press does not say where it was, and the pointer may be elsewhere when a busy program looks.
+TEST_F(Popover, TakesNoPressForOneElsewhereThatBeganInIt) {
+    desktop().setVariable("MALLOC_PERTURB_", "165"); // memory that is used after it was freed shows
+    const std::unique_ptr<Program> program = startWithPanel();
+    const Point ground = windows().placeOf(panelTitle).value().at(0.5, 0.65);
+    constexpr Point elsewhere{100, 500};
+    const auto whileItIsBusy = [&](Point press, Point then) {
+        program->signal(SIGSTOP);
+        InputDevices::Commands commands = InputDevices::moving(press);
+        commands.insert(commands.end(), {"mousedown", "1"});
+        const InputDevices::Commands leaving = InputDevices::moving(then);
+        commands.insert(commands.end(), leaving.begin(), leaving.end());
+        hands().perform(commands);
+        program->signal(SIGCONT);
+    };
+    for (int round = 0; round < 5; ++round) {
+        whileItIsBusy(ground, elsewhere);
+        EXPECT_FALSE(pollUntil(Duration{200}, [&] { return !windows().shows(panelTitle); }));
+        hands().release();
+    }
+    whileItIsBusy(elsewhere, ground);
+    EXPECT_TRUE(panelGoes());
+    hands().release();
+    showPanel();
+    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
+}
+
 TEST_F(Popover, TheIconTestLeavesTwoPngFilesAndQuits) {
     desktop().writePreferences("");
     desktop().setVariable("NOCTRA_MENUBAR_ICON_TEST", "1");

@@ -10,8 +10,6 @@ namespace {
 
 constexpr std::uint32_t leftButton = 1;
 constexpr std::uint32_t rightButton = 3;
-// Nested windows that are looked at below the pointer; toolkits use a handful.
-constexpr int deepest = 32;
 
 struct EventMask {
     xcb_input_event_mask_t head;
@@ -78,7 +76,7 @@ bool RawPresses::isBroken() const {
     return xcb_connection_has_error(connection_.get()) != 0;
 }
 
-std::optional<RawPresses::Press> RawPresses::next(const OwnWindow& ownWindow) {
+std::optional<RawPresses::Press> RawPresses::next() {
     while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
         const auto* press =
             reinterpret_cast<const xcb_input_raw_button_press_event_t*>(event.get());
@@ -90,32 +88,18 @@ std::optional<RawPresses::Press> RawPresses::next(const OwnWindow& ownWindow) {
         const std::uint32_t button = mapped(connection_.get(), press->deviceid, onMouse);
         if (button != leftButton && button != rightButton)
             continue;
-        if (const auto where = findOutside(press->deviceid, ownWindow()))
-            return Press{*where, button == leftButton, press->time};
+        return Press{pointer(press->deviceid), button == leftButton, press->time};
     }
     return std::nullopt;
 }
 
-/// Where the pointer is; nothing while it is on a window of the client that made `ownWindow`.
-std::optional<PixelPoint> RawPresses::findOutside(std::uint16_t device,
-                                                  xcb_window_t ownWindow) const {
+PixelPoint RawPresses::pointer(std::uint16_t device) const {
     xcb_connection_t* xcb = connection_.get();
-    const std::uint32_t clientBits = ~xcb_get_setup(xcb)->resource_id_mask;
-    PixelPoint where;
-    // From the root down: a window manager's frame or a tray may be around a window of ours.
-    xcb_window_t window = root_;
-    for (int depth = 0; window != XCB_NONE && depth < deepest; ++depth) {
-        if (ownWindow != XCB_NONE && ((window ^ ownWindow) & clientBits) == 0)
-            return std::nullopt;
-        const XcbReply<xcb_input_xi_query_pointer_reply_t> pointer(xcb_input_xi_query_pointer_reply(
-            xcb, xcb_input_xi_query_pointer(xcb, window, device), nullptr));
-        if (!pointer) // the window has gone meanwhile
-            break;
-        constexpr int fractionBits = 16;
-        where = {pointer->root_x >> fractionBits, pointer->root_y >> fractionBits};
-        window = pointer->child;
-    }
-    return where;
+    const XcbReply<xcb_input_xi_query_pointer_reply_t> reply(xcb_input_xi_query_pointer_reply(
+        xcb, xcb_input_xi_query_pointer(xcb, root_, device), nullptr));
+    constexpr int fractionBits = 16;
+    return reply ? PixelPoint{reply->root_x >> fractionBits, reply->root_y >> fractionBits}
+                 : PixelPoint{};
 }
 
 } // namespace noctra

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 
@@ -21,7 +20,6 @@ public:
         bool left = false;        ///< else right; as the person has set the buttons up
         xcb_timestamp_t time = 0; ///< the X server's, in ms
     };
-    using OwnWindow = std::function<xcb_window_t()>;
 
     /// Begins to listen on the X server that DISPLAY names. Nothing on failure, and `reason` says
     /// why.
@@ -31,15 +29,13 @@ public:
     [[nodiscard]] int descriptor() const;
     [[nodiscard]] bool isBroken() const;
 
-    /// The next press that there is, without waiting for one. Those on windows of the client that
-    /// made `ownWindow()` are left out.
-    [[nodiscard]] std::optional<Press> next(const OwnWindow& ownWindow);
+    /// The next press that there is, without waiting for one.
+    [[nodiscard]] std::optional<Press> next();
 
 private:
     RawPresses(XcbConnection connection, xcb_window_t root, std::uint8_t extension);
 
-    [[nodiscard]] std::optional<PixelPoint> findOutside(std::uint16_t device,
-                                                        xcb_window_t ownWindow) const;
+    [[nodiscard]] PixelPoint pointer(std::uint16_t device) const;
 
     XcbConnection connection_;
     xcb_window_t root_;

@@ -6,12 +6,21 @@
 
 namespace noctra {
 
+namespace {
+
+/// The server stamps the raw event and the window's one after the other; nobody presses as fast
+/// twice. The clock begins anew after 49 days.
+bool isSamePress(xcb_timestamp_t raw, xcb_timestamp_t windows) {
+    return windows - raw <= 50;
+}
+
+} // namespace
+
 /// What outlives every connection.
 struct XInputEventMonitors::Shared {
     MainQueue& queue;
     const SteadyClock& clock;
     Log& log;
-    const OwnWindow ownWindow;
     const OwnPressTime ownPressTime;
     std::optional<Press> lastPress = {};
     bool hasComplained = false;
@@ -54,17 +63,16 @@ private:
     /// Kept alive by the caller.
     void readPresses() {
         while (!monitors_.empty()) {
-            const auto press = presses_.next(shared_->ownWindow);
+            const auto press = presses_.next();
             if (!press)
                 break;
-            // Raw presses do not say where they were, and the pointer may have left one of our
-            // windows since. By the next turn the window has been told of the press.
             const Press outside{press->where, shared_->clock.now(), press->left};
-            shared_->queue.async([weak = weak_from_this(), outside, time = press->time] {
-                const auto self = weak.lock();
-                if (self && time != self->shared_->ownPressTime())
-                    self->tell(outside);
-            });
+            shared_->queue.asyncAfter(
+                windowsHeadStart, [weak = weak_from_this(), outside, time = press->time] {
+                    const auto self = weak.lock();
+                    if (self && !isSamePress(time, self->shared_->ownPressTime()))
+                        self->tell(outside);
+                });
         }
         if (presses_.isBroken()) {
             watch_.cancel();
@@ -88,9 +96,8 @@ private:
 };
 
 XInputEventMonitors::XInputEventMonitors(MainQueue& queue, const SteadyClock& clock, Log& log,
-                                         OwnWindow ownWindow, OwnPressTime ownPressTime)
-    : shared_(std::make_shared<Shared>(
-          Shared{queue, clock, log, std::move(ownWindow), std::move(ownPressTime)})) {}
+                                         OwnPressTime ownPressTime)
+    : shared_(std::make_shared<Shared>(Shared{queue, clock, log, std::move(ownPressTime)})) {}
 
 XInputEventMonitors::~XInputEventMonitors() = default;
 

@@ -24,29 +24,29 @@ public:
         bool left = false; ///< else the right button
     };
 
-    /// Any window of this program's on the X server, e.g. the popover's; XCB_NONE while it has
-    /// none. X servers number windows by connection, so one stands for all windows of Qt's.
-    using OwnWindow = RawPresses::OwnWindow;
-
     /// When a window of this program's was last told of a press, by the X server's clock in ms.
     using OwnPressTime = std::function<xcb_timestamp_t()>;
 
     /// Begins nothing yet. `queue`, `clock` and `log` must outlive the object and all tokens.
-    XInputEventMonitors(MainQueue& queue, const SteadyClock& clock, Log& log, OwnWindow ownWindow,
+    XInputEventMonitors(MainQueue& queue, const SteadyClock& clock, Log& log,
                         OwnPressTime ownPressTime);
     XInputEventMonitors(const XInputEventMonitors&) = delete;
     XInputEventMonitors& operator=(const XInputEventMonitors&) = delete;
     ~XInputEventMonitors() override;
 
-    /// Presses on windows of this program's are not told, those outside of them are also where this
-    /// program has grabbed the pointer. They are told one turn of the queue later than they are
-    /// heard of. `pressed` must not throw.
+    /// Presses that a window of this program's was told of are not told here. Where they were does
+    /// not count: raw presses do not say, and the pointer may have gone elsewhere before they are
+    /// read. So a press is told only `windowsHeadStart` after it is heard of. `pressed` must not
+    /// throw.
     [[nodiscard]] AnyCancellable addGlobalMonitor(std::function<void()> pressed) override;
 
     /// The last press that was told, there before it is told. Nothing from when somebody begins to
     /// monitor until the first press; so where a popover is monitored while it is open, this is the
     /// press that closed it.
     [[nodiscard]] const std::optional<Press>& lastPress() const;
+
+    /// By then the windows know of it, too, also where the program had something else to do.
+    static constexpr Seconds windowsHeadStart{0.03};
 
 private:
     struct Shared;
