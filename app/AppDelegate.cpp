@@ -35,9 +35,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     setupSignalHandlers();
     services_.application.onWillTerminate([this] { applicationWillTerminate(); });
     setupStatusItem();
-    popover_ = services_.makePopover();
-    if (popover_)
-        popover_->onCloseAsked([this] { closePopover(); });
+    setupPopover();
     subscribe();
     const std::string unreachable = services_.urls.setHandlers({
         .open = [this](const std::string& url) { handleAutomationURL(url); },

@@ -108,6 +108,7 @@ private:
     void sayThatItTerminates();
     void runAutomationCommand(AutomationCommand command);
     void setupStatusItem();
+    void setupPopover();
     void subscribe();
     void runSelfTest();
     void openOnFirstRun();
@@ -115,6 +116,7 @@ private:
     [[nodiscard]] Menu quitMenu();
     void showRightClickMenu();
     void detachMenu();
+    void followButton();
     void updatePopoverSize(const StatusItemButton& button);
     [[nodiscard]] StatusItemButton* button() const;
     [[nodiscard]] bool popoverIsShown() const { return popover_ && popover_->isShown(); }

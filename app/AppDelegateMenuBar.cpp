@@ -36,6 +36,15 @@ void AppDelegate::setupStatusItem() {
         statusItem_->setMenu(quitMenu());
 }
 
+void AppDelegate::setupPopover() {
+    popover_ = services_.makePopover();
+    if (!popover_)
+        return;
+    popover_->setContentSize(popoverWidth, popoverIdealHeight);
+    popover_->onCloseAsked([this] { closePopover(); });
+    popover_->onPlaceChanged([this] { followButton(); });
+}
+
 StatusItemButton* AppDelegate::button() const {
     return statusItem_ ? statusItem_->button() : nullptr;
 }
@@ -125,7 +134,16 @@ void AppDelegate::showPopover(StatusItemButton& itsButton) {
     if (popover_)
         popover_->show(itsButton);
     services_.application.activate();
-    eventMonitor_ = services_.eventMonitors.addGlobalMonitor([this] { closePopover(); });
+    if (popoverIsShown())
+        eventMonitor_ = services_.eventMonitors.addGlobalMonitor([this] { closePopover(); });
+}
+
+void AppDelegate::followButton() {
+    StatusItemButton* const itsButton = button();
+    if (itsButton == nullptr || !popoverIsShown())
+        return;
+    updatePopoverSize(*itsButton);
+    popover_->show(*itsButton);
 }
 
 void AppDelegate::closePopover() {

@@ -55,7 +55,7 @@ void LinuxPanel::open() {
         .motion = settings_,
         .resources = resources_,
         .fonts = fonts_,
-        .windowMade = [](std::uintptr_t window) { keepOffTaskLists(window); },
+        .windowMade = [](std::uintptr_t window) { announcePopover(window); },
     });
     window_.reset(make(*services_));
     window_->onCloseAsked([this] {

@@ -10,11 +10,17 @@
 namespace noctra {
 
 LinuxPopover::LinuxPopover(const Parts& parts) : parts_(parts) {
-    // At the first start the popover may be there before the item has found its place.
-    connect(&parts_.item, &TrayItem::placed, this, [this] {
-        if (isShown() && !isAtItem_)
-            place();
-    });
+    connect(&parts_.item, &TrayItem::placed, this, [this] { lookWhereTheItemIs(); });
+}
+
+/// At the first start the popover may be there before the item has found its place. One that is
+/// where it was clicked stays.
+void LinuxPopover::lookWhereTheItemIs() {
+    if (!isShown() || isAtItem_)
+        return;
+    const TraySurroundings around = parts_.item.surroundings();
+    if (around.screen() != nullptr && around.popoverPlace(size_) != place_ && placeChanged_)
+        placeChanged_();
 }
 
 void LinuxPopover::setContentSize(double width, double height) {
@@ -26,16 +32,12 @@ bool LinuxPopover::isShown() const {
 }
 
 void LinuxPopover::show(const StatusItemButton&) {
-    place();
-}
-
-void LinuxPopover::place() {
     const TraySurroundings around = parts_.item.surroundings();
     if (around.screen() == nullptr)
         return; // nor is there anybody to see it
-    const QRect place = around.popoverPlace(size_);
+    place_ = around.popoverPlace(size_);
     isAtItem_ = around.knowsTheItem();
-    parts_.panel.show({place.x(), place.y(), place.width(), place.height()});
+    parts_.panel.show({place_.x(), place_.y(), place_.width(), place_.height()});
 }
 
 void LinuxPopover::performClose() {
@@ -44,6 +46,10 @@ void LinuxPopover::performClose() {
     if (const auto& press = parts_.monitors.lastPress(); press && press->left)
         parts_.closingPress.closedByPress(press->where, press->when);
     parts_.panel.close();
+}
+
+void LinuxPopover::onPlaceChanged(std::function<void()> changed) {
+    placeChanged_ = std::move(changed);
 }
 
 void LinuxPopover::onCloseAsked(std::function<void()> asked) {

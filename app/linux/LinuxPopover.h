@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtCore/QObject>
+#include <QtCore/QRect>
 #include <QtCore/QSize>
 
 #include "platform/Popover.h"
@@ -30,14 +31,17 @@ public:
     [[nodiscard]] bool isShown() const override;
     void show(const StatusItemButton& button) override;
     void performClose() override;
+    void onPlaceChanged(std::function<void()> changed) override;
     void onCloseAsked(std::function<void()> asked) override;
 
 private:
-    void place();
+    void lookWhereTheItemIs();
 
     const Parts parts_;
     QSize size_;
+    QRect place_;           ///< where it was shown last
     bool isAtItem_ = false; ///< else where nobody knew better
+    std::function<void()> placeChanged_;
 };
 
 } // namespace noctra

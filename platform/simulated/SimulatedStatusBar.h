@@ -119,6 +119,8 @@ public:
     bool shown = false;
     int showings = 0;
     std::function<void()> closeAsked;
+    std::function<void()> placeChanged;
+    bool works = true;
 
     void setContentSize(double newWidth, double newHeight) override {
         width = newWidth;
@@ -126,10 +128,13 @@ public:
     }
     [[nodiscard]] bool isShown() const override { return shown; }
     void show(const StatusItemButton&) override {
-        shown = true;
+        shown = works;
         ++showings;
     }
     void performClose() override { shown = false; }
+    void onPlaceChanged(std::function<void()> changed) override {
+        placeChanged = std::move(changed);
+    }
     void onCloseAsked(std::function<void()> asked) override { closeAsked = std::move(asked); }
 };
 

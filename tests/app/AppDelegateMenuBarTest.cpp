@@ -81,7 +81,7 @@ TEST_F(MenuBarTest, ASymbolStandsInForAnIconThatIsMissingOrDamaged) {
 
 TEST_F(MenuBarTest, LeftClicksOpenAndCloseThePopoverAndClicksElsewhereCloseIt) {
     launch();
-    EXPECT_EQ(popover->width, 0.0) << "nothing opens by itself at a later start";
+    EXPECT_FALSE(isShown()) << "nothing opens by itself at a later start";
     leftClick();
     EXPECT_TRUE(isShown());
     EXPECT_EQ(popover->width, 320.0);
@@ -180,7 +180,15 @@ TEST_F(MenuBarTest, AScreenChangeClosesThePopoverAndOpensItWhereItBelongsNow) {
     EXPECT_EQ(popover->showings, 2);
     EXPECT_EQ(desktop.eventMonitors.pressElsewhere(), 1);
 
+    popover->placeChanged();
+    EXPECT_FALSE(isShown()) << "a closed one does not follow the button";
     leftClick();
+    desktop.statusBar.screenHeight = 400.0;
+    const int activations = desktop.application.activations;
+    popover->placeChanged();
+    EXPECT_EQ(popover->height, 376.0);
+    EXPECT_EQ(desktop.application.activations, activations) << "it takes the focus from nobody";
+
     desktop.displayChanges.screenParametersChanged();
     owned.reset();
     desktop.advance(Seconds(1.0)); // nothing is left that could be shown
@@ -236,6 +244,12 @@ TEST_F(MenuBarTest, RunsAllTheSameWhereThereIsNoItemOrNoPopover) {
     desktop.urls.handlers->open("noctra://show");
     desktop.displayChanges.screenParametersChanged();
     EXPECT_EQ(desktop.statusBar.pictureName(), "/icons/off.pdf");
+
+    hasPopover = true;
+    launch();
+    popover->works = false; // it cannot be drawn
+    leftClick();
+    EXPECT_EQ(desktop.eventMonitors.pressElsewhere(), 0) << "nothing is open that could be closed";
 }
 
 } // namespace noctra

@@ -31,11 +31,6 @@ xcb_atom_t internAtom(xcb_connection_t* connection, std::string_view name) {
     return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_NONE);
 }
 
-xcb_window_t qtWindowNumbers() {
-    xcb_connection_t* const connection = qtXConnection();
-    return connection != nullptr ? xcb_get_setup(connection)->resource_id_base : XCB_NONE;
-}
-
 xcb_window_t rootWindow(xcb_connection_t* connection) {
     if (connection == nullptr)
         return XCB_NONE;
@@ -43,7 +38,7 @@ xcb_window_t rootWindow(xcb_connection_t* connection) {
     return screen != nullptr ? screen->root : XCB_NONE;
 }
 
-void keepOffTaskLists(std::uintptr_t window) {
+void announcePopover(std::uintptr_t window) {
     xcb_connection_t* const connection = qtXConnection();
     if (connection == nullptr)
         return;
@@ -52,6 +47,10 @@ void keepOffTaskLists(std::uintptr_t window) {
     xcb_change_property(connection, XCB_PROP_MODE_APPEND, static_cast<xcb_window_t>(window),
                         internAtom(connection, "_NET_WM_STATE"), XCB_ATOM_ATOM, 32,
                         std::size(states), states);
+    const std::uint32_t allWorkspaces = 0xFFFFFFFF;
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window),
+                        internAtom(connection, "_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, 32, 1,
+                        &allWorkspaces);
 }
 
 PixelRect wholeScreen(xcb_connection_t* connection) {

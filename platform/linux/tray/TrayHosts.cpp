@@ -3,6 +3,7 @@
 #include <utility>
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QTimer>
 #include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusConnectionInterface>
 #include <QtDBus/QDBusMessage>
@@ -21,6 +22,8 @@ namespace {
 constexpr auto watcherName = "org.kde.StatusNotifierWatcher";
 constexpr auto watcherPath = "/StatusNotifierWatcher";
 constexpr auto registeredProperty = "IsStatusNotifierHostRegistered";
+constexpr int answerMilliseconds = 1000;
+constexpr int retryMilliseconds = 5000;
 
 /// Runs `receive` with the reply's first argument, unless it is an error or another type.
 template <typename Value, typename Receive>
@@ -65,8 +68,10 @@ TrayHosts::~TrayHosts() {
 }
 
 void TrayHosts::ownerChanged(const QString& owner) {
+    replaced_ = replaced_ || (!owner_.isEmpty() && !owner.isEmpty());
     owner_ = owner;
     process_ = 0;
+    silent_ = false;
     if (owner.isEmpty()) {
         set(false);
         return;
@@ -88,11 +93,22 @@ void TrayHosts::ask() {
     QDBusMessage question = QDBusMessage::createMethodCall(
         owner_, watcherPath, "org.freedesktop.DBus.Properties", "Get");
     question.setArguments({QString(watcherName), QString(registeredProperty)});
-    onReply<QDBusVariant>(this, QDBusConnection::sessionBus().asyncCall(question),
-                          [this, owner = owner_](const QDBusVariant& registered) {
-                              if (owner == owner_)
-                                  set(registered.variant().toBool());
-                          });
+    auto* const call = new QDBusPendingCallWatcher(
+        QDBusConnection::sessionBus().asyncCall(question, answerMilliseconds), this);
+    connect(call, &QDBusPendingCallWatcher::finished, this,
+            [this, owner = owner_](QDBusPendingCallWatcher* finished) {
+                finished->deleteLater();
+                if (owner == owner_)
+                    answered(*finished);
+            });
+}
+
+void TrayHosts::answered(const QDBusPendingCallWatcher& call) {
+    const QDBusPendingReply<QDBusVariant> reply = call;
+    silent_ = reply.isError() && reply.error().type() == QDBusError::NoReply;
+    if (silent_)
+        QTimer::singleShot(retryMilliseconds, this, &TrayHosts::ask);
+    set(!reply.isError() && reply.value().variant().toBool());
 }
 
 void TrayHosts::set(bool notifierHost) {

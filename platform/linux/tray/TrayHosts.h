@@ -2,11 +2,13 @@
 
 #include <cstdint>
 #include <functional>
+#include <utility>
 
 #include <QtCore/QAbstractNativeEventFilter>
 #include <QtCore/QObject>
 #include <QtCore/QString>
 
+class QDBusPendingCallWatcher;
 class QDBusServiceWatcher;
 
 namespace noctra {
@@ -23,6 +25,11 @@ public:
     Q_DISABLE_COPY_MOVE(TrayHosts)
 
     [[nodiscard]] bool hasNotifierHost() const { return notifierHost_; }
+    /// There is something on the bus that keeps the notifier items, and does not answer. Whoever
+    /// calls it waits for long.
+    [[nodiscard]] bool notifiersAreSilent() const { return silent_; }
+    /// Whether the keeper of notifier items was replaced by another since this was last asked.
+    [[nodiscard]] bool takeReplacement() { return std::exchange(replaced_, false); }
     /// Asks the X server.
     [[nodiscard]] bool hasEmbeddingHost() const;
     /// Of the host of StatusNotifierItems; 0: unknown.
@@ -34,12 +41,15 @@ private slots:
 private:
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
     void ownerChanged(const QString& owner);
+    void answered(const QDBusPendingCallWatcher& call);
     void set(bool notifierHost);
 
     std::function<void()> changed_;
     QDBusServiceWatcher* watcher_ = nullptr;
     QString owner_; ///< the watcher's own name on the bus; empty: there is none
     bool notifierHost_ = false;
+    bool silent_ = false;
+    bool replaced_ = false;
     std::uint32_t process_ = 0;
     std::uint32_t selection_ = 0; ///< atoms; 0 where there is no X server
     std::uint32_t manager_ = 0;

@@ -3,6 +3,7 @@
 #include <array>
 
 #include <QtGui/QAction>
+#include <QtGui/QGuiApplication>
 #include <QtGui/QScreen>
 
 #include "platform/linux/tray/QtX11.h"
@@ -18,6 +19,8 @@ constexpr Seconds embeddingPatience{0.5};
 constexpr Seconds hostPatience{5.0};
 // When to look where the item has come to lie, after it or its host has come.
 constexpr std::array settlingDelays{Seconds(0.1), Seconds(0.4), Seconds(1.5)};
+// Desktops go dark in the evening, and bars do not tell.
+constexpr Seconds barColorInterval{60.0};
 
 } // namespace
 
@@ -27,16 +30,23 @@ TrayItem::TrayItem(const TrayServices& services)
       noHost_(services.mainQueue, [this] { sayThatThereIsNoHost(); }),
       settling_(services.mainQueue, [this] { settleIn(); }) {
     noHost_.schedule(hostPatience);
+    for (const auto changed : {&QGuiApplication::screenAdded, &QGuiApplication::screenRemoved})
+        connect(qGuiApp, changed, this, [this] { settle(); });
 }
 
 TrayItem::~TrayItem() = default;
 
 void TrayItem::lookForHosts() {
     if (icon_) {
-        settlingAttempts_ = 0;
-        settling_.schedule(settlingDelays.front());
+        if (hosts_.takeReplacement() && isNotifierItem_) {
+            icon_->hide(); // Qt registers anew only where there was nobody in between
+            icon_->show();
+        }
+        settle();
         return;
     }
+    if (hosts_.notifiersAreSilent())
+        return; // Qt would ask, too, and wait for the answer
     // Not before a host is there: Qt asks for one when the first icon is made, and never again.
     if (hosts_.hasNotifierHost()) {
         isNotifierItem_ = true;
@@ -56,10 +66,18 @@ void TrayItem::appear(const char* kind) {
     embedding_.cancel();
     services_.log.log("Tray: " + std::string(kind));
     icon_ = std::make_unique<QSystemTrayIcon>();
-    icon_->setContextMenu(&menu_);
+    if (isNotifierItem_)
+        icon_->setContextMenu(&menu_);
     connect(icon_.get(), &QSystemTrayIcon::activated, this, &TrayItem::activated);
     lookAtBar();
     icon_->show();
+    settle();
+}
+
+/// Begins to look at short intervals.
+void TrayItem::settle() {
+    if (!icon_)
+        return;
     settlingAttempts_ = 0;
     settling_.schedule(settlingDelays.front());
 }
@@ -67,10 +85,11 @@ void TrayItem::appear(const char* kind) {
 /// Bars are drawn, and items given their place, some time after they are there.
 void TrayItem::settleIn() {
     lookAtBar();
-    if (!icon_->geometry().isEmpty())
-        emit placed();
-    if (++settlingAttempts_ < static_cast<int>(settlingDelays.size()))
-        settling_.schedule(settlingDelays[static_cast<std::size_t>(settlingAttempts_)]);
+    emit placed();
+    if (++settlingAttempts_ < settlingDelays.size())
+        settling_.schedule(settlingDelays[settlingAttempts_]);
+    else if (image_ && image_->isTemplate)
+        settling_.schedule(barColorInterval);
 }
 
 void TrayItem::sayThatThereIsNoHost() {
@@ -97,14 +116,13 @@ void TrayItem::setImage(const StatusImage& image) {
         return;
     drawIcon();
     // Looking costs round trips to the X server: once where the filter is switched many times.
-    settlingAttempts_ = static_cast<int>(settlingDelays.size()) - 1;
-    settling_.schedule(settlingDelays.front());
+    if (settlingAttempts_ >= settlingDelays.size())
+        settling_.schedule(settlingDelays.front());
 }
 
 /// Finds the colour in which a template can be seen on the bar.
 void TrayItem::lookAtBar() {
-    if (image_ && image_->isTemplate)
-        templateColor_ = surroundings().templateColor();
+    templateColor_ = surroundings().templateColor();
     drawIcon();
 }
 
@@ -126,8 +144,8 @@ void TrayItem::activated(QSystemTrayIcon::ActivationReason reason) {
             act(MouseEvent::leftMouseUp);
         break;
     case QSystemTrayIcon::Context:
-        if (!menu_.isVisible()) // else Qt has opened it
-            act(MouseEvent::rightMouseUp);
+        click_ = pointer();
+        act(MouseEvent::rightMouseUp);
         break;
     default:
         break;
@@ -143,8 +161,12 @@ void TrayItem::act(MouseEvent event) {
 }
 
 void TrayItem::performClick() {
-    if (!menu_.isEmpty() && !menu_.isVisible())
-        menu_.popup(QCursor::pos());
+    if (menu_.isEmpty() || menu_.isVisible())
+        return;
+    // Beside the item: under the pointer a second click would be the menu's.
+    const TraySurroundings around = surroundings();
+    menu_.popup(around.screen() != nullptr ? around.popoverPlace(menu_.sizeHint()).topLeft()
+                                           : QCursor::pos());
 }
 
 TraySurroundings TrayItem::surroundings() const {
@@ -154,7 +176,7 @@ TraySurroundings TrayItem::surroundings() const {
         .hasHost = hasHost,
         .geometry = hasHost ? icon_->geometry() : QRect(),
         .click = click_,
-        .clickIsNow = event_ == MouseEvent::leftMouseUp,
+        .clickIsNow = event_.has_value(),
         .hostProcess = hosts_.notifierProcess(),
     });
 }

@@ -40,13 +40,13 @@ public:
 
     [[nodiscard]] StatusItemButton* button() override { return this; }
     void setMenu(std::optional<Menu> menu) override;
-    [[nodiscard]] bool desktopOpensMenu() const override { return true; }
+    [[nodiscard]] bool desktopOpensMenu() const override { return true; } // or it stays unseen
 
     /// Where the item is now.
     [[nodiscard]] TraySurroundings surroundings() const;
 
 signals:
-    /// The item has come to a place that its host tells.
+    /// The item may have come to another place.
     void placed();
 
 private:
@@ -60,6 +60,7 @@ private:
     void lookForHosts();
     void embedIfNothingBetterCame();
     void appear(const char* kind);
+    void settle();
     void settleIn();
     void sayThatThereIsNoHost();
     void activated(QSystemTrayIcon::ActivationReason reason);
@@ -84,7 +85,7 @@ private:
     WorkItem embedding_;
     WorkItem noHost_;
     WorkItem settling_;
-    int settlingAttempts_ = 0; ///< so far
+    std::size_t settlingAttempts_ = 0; ///< so far
 };
 
 } // namespace noctra
