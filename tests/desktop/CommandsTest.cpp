@@ -37,6 +37,7 @@ protected:
 TEST_F(Commands, TwoThousandTogglesLeaveNoDifferenceAndNoGrowth) {
     constexpr int first = 200;
     constexpr int all = 2000;
+    desktop().setVariable("ASAN_OPTIONS", "quarantine_size_mb=1"); // where it is built with that
     const std::unique_ptr<Program> program = startProgram();
     int sent = 0;
     const auto toggleUpTo = [&](int count) {

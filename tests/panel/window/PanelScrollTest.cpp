@@ -24,18 +24,18 @@ struct PanelScroll : PanelScene {
     }
     /// Presses with a finger and draws it to `to` and off.
     void draw(QPoint from, QPoint to) {
-        QTest::touchEvent(window(), finger_).press(0, from);
+        QTest::touchEvent(window(), finger_.get()).press(0, from);
         settle();
         for (int step = 1; step <= 10; ++step) {
-            QTest::touchEvent(window(), finger_).move(0, from + (to - from) * step / 10);
+            QTest::touchEvent(window(), finger_.get()).move(0, from + (to - from) * step / 10);
             settle();
         }
-        QTest::touchEvent(window(), finger_).release(0, to);
+        QTest::touchEvent(window(), finger_.get()).release(0, to);
         advance(Seconds(2));
     }
 
 private:
-    QPointingDevice* const finger_ = QTest::createTouchDevice();
+    const std::unique_ptr<QPointingDevice> finger_{QTest::createTouchDevice()};
 };
 
 } // namespace
