@@ -10,11 +10,9 @@
 
 namespace noctra::desktop {
 
-/// The address sanitizer holds freed memory back.
-#if defined(__SANITIZE_ADDRESS__)
+/// The address sanitizer holds freed memory of the program's back.
+#ifdef NOCTRA_PROGRAM_IS_SANITIZED
 inline constexpr bool freedMemoryIsKept = true;
-#elif defined(__has_feature)
-inline constexpr bool freedMemoryIsKept = __has_feature(address_sanitizer);
 #else
 inline constexpr bool freedMemoryIsKept = false;
 #endif
