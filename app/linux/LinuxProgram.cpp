@@ -172,7 +172,8 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
     QtImages images;
     ClosingPress closingPress;
     const QtPresses presses;
-    XInputEventMonitors eventMonitors(mainQueue, steadyClock, log, [&] { return presses.time(); });
+    XInputEventMonitors eventMonitors(mainQueue, steadyClock, log,
+                                      [&](auto time) { return presses.include(time); });
     TrayBar tray({.log = log,
                   .mainQueue = mainQueue,
                   .steadyClock = steadyClock,

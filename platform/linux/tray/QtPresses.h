@@ -1,29 +1,44 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
 #include <QtCore/QCoreApplication>
 #include <QtGui/QMouseEvent>
 
 namespace noctra {
 
-/// Knows when one of Qt's windows was last told of a press of a mouse button. Main thread; needs a
+/// Remembers the presses of mouse buttons that Qt's windows have been told of. Main thread; needs a
 /// QCoreApplication that outlives it.
 class QtPresses : public QObject {
 public:
     QtPresses() { QCoreApplication::instance()->installEventFilter(this); }
 
-    /// In ms, by the window system's clock; 0 before the first.
-    [[nodiscard]] std::uint32_t time() const { return time_; }
+    /// Whether one of the last presses is the one that the window system dates `time`, in ms. It
+    /// dates what it tells to a window a little later than what it tells to everybody, and nobody
+    /// presses as fast twice. Its clock begins anew after 49 days.
+    [[nodiscard]] bool include(std::uint32_t time) const {
+        constexpr std::uint32_t later = 50;
+        return std::any_of(times_.begin(), times_.end(),
+                           [&](std::uint32_t own) { return own != 0 && own - time <= later; });
+    }
 
 protected:
     bool eventFilter(QObject*, QEvent* event) override {
         if (event->type() == QEvent::MouseButtonPress ||
-            event->type() == QEvent::MouseButtonDblClick)
-            time_ = static_cast<std::uint32_t>(static_cast<QMouseEvent*>(event)->timestamp());
+            event->type() == QEvent::MouseButtonDblClick) {
+            times_[next_] =
+                static_cast<std::uint32_t>(static_cast<QMouseEvent*>(event)->timestamp());
+            next_ = (next_ + 1) % times_.size();
+        }
         return false;
     }
 
 private:
-    std::uint32_t time_ = 0;
+    // Each press comes by several times, on its way to the item that takes it.
+    std::array<std::uint32_t, 128> times_{};
+    std::size_t next_ = 0;
 };
 
 } // namespace noctra

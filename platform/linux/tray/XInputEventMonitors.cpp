@@ -6,22 +6,12 @@
 
 namespace noctra {
 
-namespace {
-
-/// The server stamps the raw event and the window's one after the other; nobody presses as fast
-/// twice. The clock begins anew after 49 days.
-bool isSamePress(xcb_timestamp_t raw, xcb_timestamp_t windows) {
-    return windows - raw <= 50;
-}
-
-} // namespace
-
 /// What outlives every connection.
 struct XInputEventMonitors::Shared {
     MainQueue& queue;
     const SteadyClock& clock;
     Log& log;
-    const OwnPressTime ownPressTime;
+    const IsOwn isOwn;
     std::optional<Press> lastPress = {};
     bool hasComplained = false;
 
@@ -67,12 +57,12 @@ private:
             if (!press)
                 break;
             const Press outside{press->where, shared_->clock.now(), press->left};
-            shared_->queue.asyncAfter(
-                windowsHeadStart, [weak = weak_from_this(), outside, time = press->time] {
-                    const auto self = weak.lock();
-                    if (self && !isSamePress(time, self->shared_->ownPressTime()))
-                        self->tell(outside);
-                });
+            shared_->queue.asyncAfter(windowsHeadStart,
+                                      [weak = weak_from_this(), outside, time = press->time] {
+                                          const auto self = weak.lock();
+                                          if (self && !self->shared_->isOwn(time))
+                                              self->tell(outside);
+                                      });
         }
         if (presses_.isBroken()) {
             watch_.cancel();
@@ -96,8 +86,8 @@ private:
 };
 
 XInputEventMonitors::XInputEventMonitors(MainQueue& queue, const SteadyClock& clock, Log& log,
-                                         OwnPressTime ownPressTime)
-    : shared_(std::make_shared<Shared>(Shared{queue, clock, log, std::move(ownPressTime)})) {}
+                                         IsOwn isOwn)
+    : shared_(std::make_shared<Shared>(Shared{queue, clock, log, std::move(isOwn)})) {}
 
 XInputEventMonitors::~XInputEventMonitors() = default;
 

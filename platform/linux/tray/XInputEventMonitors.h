@@ -24,12 +24,12 @@ public:
         bool left = false; ///< else the right button
     };
 
-    /// When a window of this program's was last told of a press, by the X server's clock in ms.
-    using OwnPressTime = std::function<xcb_timestamp_t()>;
+    /// Whether a window of this program's was told of the press at this time, in ms by the X
+    /// server's clock.
+    using IsOwn = std::function<bool(xcb_timestamp_t)>;
 
     /// Begins nothing yet. `queue`, `clock` and `log` must outlive the object and all tokens.
-    XInputEventMonitors(MainQueue& queue, const SteadyClock& clock, Log& log,
-                        OwnPressTime ownPressTime);
+    XInputEventMonitors(MainQueue& queue, const SteadyClock& clock, Log& log, IsOwn isOwn);
     XInputEventMonitors(const XInputEventMonitors&) = delete;
     XInputEventMonitors& operator=(const XInputEventMonitors&) = delete;
     ~XInputEventMonitors() override;
