@@ -58,6 +58,7 @@ TrayHosts::TrayHosts(std::function<void()> changed) : changed_(std::move(changed
     for (const char* const signal :
          {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
         bus.connect({}, watcherPath, watcherName, signal, this, SLOT(ask()));
+    silent_ = true;
     onReply<QString>(this, bus.interface()->asyncCall("GetNameOwner", watcherName),
                      [this](const QString& owner) { ownerChanged(owner); });
 }
@@ -71,7 +72,7 @@ void TrayHosts::ownerChanged(const QString& owner) {
     replaced_ = replaced_ || (!owner_.isEmpty() && !owner.isEmpty());
     owner_ = owner;
     process_ = 0;
-    silent_ = false;
+    silent_ = !owner.isEmpty();
     if (owner.isEmpty()) {
         set(false);
         return;

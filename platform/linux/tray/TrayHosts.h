@@ -25,8 +25,8 @@ public:
     Q_DISABLE_COPY_MOVE(TrayHosts)
 
     [[nodiscard]] bool hasNotifierHost() const { return notifierHost_; }
-    /// There is something on the bus that keeps the notifier items, and does not answer. Whoever
-    /// calls it waits for long.
+    /// It is not known yet whether there is such a host; or what keeps the items on the bus does
+    /// not answer. Whoever calls that waits for long.
     [[nodiscard]] bool notifiersAreSilent() const { return silent_; }
     /// Whether the keeper of notifier items was replaced by another since this was last asked.
     [[nodiscard]] bool takeReplacement() { return std::exchange(replaced_, false); }
@@ -48,7 +48,7 @@ private:
     QDBusServiceWatcher* watcher_ = nullptr;
     QString owner_; ///< the watcher's own name on the bus; empty: there is none
     bool notifierHost_ = false;
-    bool silent_ = false;
+    bool silent_ = false; ///< asked, and without an answer
     bool replaced_ = false;
     std::uint32_t process_ = 0;
     std::uint32_t selection_ = 0; ///< atoms; 0 where there is no X server

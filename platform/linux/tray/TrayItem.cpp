@@ -46,7 +46,7 @@ void TrayItem::lookForHosts() {
         return;
     }
     if (hosts_.notifiersAreSilent())
-        return; // Qt would ask, too, and wait for the answer
+        return; // Qt would ask, too, and wait; there is news when there is an answer
     // Not before a host is there: Qt asks for one when the first icon is made, and never again.
     if (hosts_.hasNotifierHost()) {
         isNotifierItem_ = true;
@@ -57,7 +57,7 @@ void TrayItem::lookForHosts() {
 }
 
 void TrayItem::embedIfNothingBetterCame() {
-    if (!icon_ && hosts_.hasEmbeddingHost())
+    if (!icon_ && !hosts_.notifiersAreSilent() && hosts_.hasEmbeddingHost())
         appear("system tray of the X server");
 }
 
