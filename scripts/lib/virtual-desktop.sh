@@ -107,6 +107,9 @@ start_virtual_desktop() {
     export XDG_CONFIG_HOME="$VIRTUAL_DESKTOP/config" XDG_CACHE_HOME="$VIRTUAL_DESKTOP/cache"
     export XDG_DATA_HOME="$VIRTUAL_DESKTOP/data" XDG_STATE_HOME="$VIRTUAL_DESKTOP/state"
     export XDG_RUNTIME_DIR="$VIRTUAL_DESKTOP/runtime"
+    # Of somebody who has used the program before: nothing opens by itself.
+    mkdir "$XDG_CONFIG_HOME/noctra"
+    printf '[General]\nhasShownFirstRunPopover=true\n' >"$XDG_CONFIG_HOME/noctra/noctra.conf"
     start_virtual_x_server "$1"
     start_virtual_session_bus
 }
