@@ -27,7 +27,7 @@ WINDOW = 30  # seconds
 PATIENCE = 20  # seconds
 MARK = "NOCTRA_TRAY_BENCH"  # in the environment of all that a program starts
 
-NOCTRA_SETTINGS = "[General]\nfilterIntensity=0.5\n"
+NOCTRA_SETTINGS = "[General]\nfilterIntensity=0.5\nhasShownFirstRunPopover=true\n"
 # A place, so that nobody is asked for one, and one colour all day, there at once.
 PEER_SETTINGS = """[{section}]
 location-provider=manual
