@@ -153,11 +153,11 @@ void TrayItem::activated(QSystemTrayIcon::ActivationReason reason) {
 }
 
 void TrayItem::act(MouseEvent event) {
-    lookAtBar();
     event_ = event;
     if (action_)
         action_();
     event_.reset();
+    settle(); // somebody is looking; but the panel comes first
 }
 
 void TrayItem::performClick() {

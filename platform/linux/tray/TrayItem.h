@@ -40,7 +40,9 @@ public:
 
     [[nodiscard]] StatusItemButton* button() override { return this; }
     void setMenu(std::optional<Menu> menu) override;
-    [[nodiscard]] bool desktopOpensMenu() const override { return true; } // or it stays unseen
+    /// Hosts of notifier items do. In a tray of the other kind an attached menu takes no left click
+    /// either; `performClick` opens it there.
+    [[nodiscard]] bool desktopOpensMenu() const override { return true; }
 
     /// Where the item is now.
     [[nodiscard]] TraySurroundings surroundings() const;
