@@ -1,13 +1,13 @@
-// The direction of dependencies between the folders, and the folders in which only the standard
-// library may be used, read off the sources' own #include lines.
+// The direction of dependencies between the folders, as drawn in docs/architecture.md, and the
+// folders in which only the standard library may be used; read off the sources' own #include lines.
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <regex>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -17,98 +17,136 @@ namespace {
 namespace fs = std::filesystem;
 
 const fs::path root = NOCTRA_SOURCE_DIR;
-
-/// What each layer may include of the others. A folder that knows a toolkit is a layer of its own.
-const std::map<std::string, std::set<std::string>> allowed{
-    {"foundation", {"foundation"}},
-    {"platform", {"platform", "foundation"}},
-    {"platform/simulated", {"platform/simulated", "platform", "foundation"}},
-    {"platform/qt", {"platform/qt", "platform", "foundation"}},
-    {"platform/linux", {"platform/linux", "platform/qt", "platform", "foundation"}},
-    {"engine", {"engine", "platform", "foundation"}},
-    {"pwmsafe", {"pwmsafe", "engine", "platform", "foundation"}},
-    {"panel", {"panel", "pwmsafe", "engine", "platform", "foundation"}},
-    {"panel/quick",
-     {"panel/quick", "panel", "pwmsafe", "engine", "platform", "platform/qt", "foundation"}},
-    {"app", {"app", "panel", "pwmsafe", "engine", "platform", "foundation"}},
-};
+const std::set<std::string> tops{"app", "engine", "foundation", "panel", "platform", "pwmsafe"};
 const std::set<std::string> standardLibraryOnly{
     "foundation", "platform", "platform/simulated", "engine", "pwmsafe", "panel", "app"};
-/// Whether `file` helps to put the program together, and so may name adapters.
-bool composes(const fs::path& file) {
-    return file == "app/main.cpp" || file.parent_path() == "app/linux";
-}
 
-std::string layerOf(const fs::path& relative) {
-    const std::string first = relative.begin()->string();
-    if ((first != "platform" && first != "panel") ||
-        std::distance(relative.begin(), relative.end()) < 3)
-        return first;
-    return first + "/" + std::next(relative.begin())->string();
-}
+using Arrow = std::pair<std::string, std::string>;
 
-struct Include {
-    fs::path file;
-    std::string name;
-    bool quoted;
+/// What the picture shows: the folders in it, and from which to which an arrow leads.
+struct House {
+    std::set<std::string> folders;
+    std::set<Arrow> arrows;
+
+    /// Whatever the arrows lead to from `from`, directly or over others.
+    [[nodiscard]] std::set<std::string> below(const std::string& from) const {
+        std::set<std::string> found;
+        std::vector<std::string> left{from};
+        while (!left.empty()) {
+            const std::string folder = std::exchange(left.back(), {});
+            left.pop_back();
+            for (const auto& arrow : arrows)
+                if (arrow.first == folder && found.insert(arrow.second).second)
+                    left.push_back(arrow.second);
+        }
+        return found;
+    }
 };
 
-std::vector<Include> includesUnder(const std::string& layer) {
-    static const std::regex directive(R"re(^\s*#\s*include\s*([<"])([^">]+)[">])re");
-    std::vector<Include> includes;
-    if (!fs::exists(root / layer))
-        return includes;
-    for (const auto& entry : fs::recursive_directory_iterator(root / layer)) {
-        const fs::path relative = entry.path().lexically_relative(root);
-        const std::string extension = relative.extension();
-        if ((extension != ".h" && extension != ".cpp") || layerOf(relative) != layer)
-            continue;
-        std::ifstream file(entry.path());
-        std::smatch match;
-        for (std::string line; std::getline(file, line);)
-            if (std::regex_search(line, match, directive))
-                includes.push_back({relative, match[2], match[1] == "\""});
+/// Reads the first Mermaid flowchart: `id["folder"]` names a node, `a -- why --> b` is an arrow.
+/// Dotted arrows stand for libraries opened at run time, which nobody includes.
+House drawnHouse() {
+    static const std::regex node(R"re(^\s*(\w+)\["([^"]+)"\]$)re");
+    static const std::regex arrow(R"(^\s*(\w+) --(?: .* --)?> (\w+)$)");
+    House house;
+    std::map<std::string, std::string> names;
+    const auto name = [&](const std::string& id) {
+        return names.contains(id) ? names[id] : id;
+    };
+    std::ifstream page(root / "docs" / "architecture.md");
+    bool inPicture = false;
+    std::smatch match;
+    for (std::string line; std::getline(page, line);) {
+        if (line.starts_with("```") && std::exchange(inPicture, line == "```mermaid"))
+            break;
+        if (inPicture && std::regex_match(line, match, node))
+            names[match[1]] = match[2];
+        else if (inPicture && std::regex_match(line, match, arrow))
+            house.arrows.insert({name(match[1]), name(match[2])});
     }
-    return includes;
+    for (const auto& [from, to] : house.arrows)
+        house.folders.insert({from, to});
+    return house;
 }
 
-TEST(Architecture, DependenciesRunOneWay) {
-    std::size_t seen = 0;
-    for (const auto& [layer, others] : allowed)
-        for (const Include& include : includesUnder(layer)) {
-            ++seen;
-            if (!include.quoted || composes(include.file))
+/// The folder of the picture that `file` is in: the innermost that is drawn.
+std::string folderOf(const fs::path& file, const House& house) {
+    if (file == "app/main.cpp")
+        return "app/linux"; // it puts the program together, like its neighbours there
+    for (fs::path folder = file.parent_path(); !folder.empty(); folder = folder.parent_path())
+        if (house.folders.contains(folder))
+            return folder;
+    return file;
+}
+
+struct Source {
+    fs::path file;
+    std::vector<std::string> quoted;
+    std::vector<std::string> bracketed;
+    std::ptrdiff_t lines = 0;
+
+    explicit Source(fs::path path) : file(std::move(path)) {}
+};
+
+std::vector<Source> sources() {
+    static const std::regex directive(R"re(^\s*#\s*include\s*([<"])([^">]+)[">])re");
+    std::vector<Source> all;
+    for (const std::string& top : tops)
+        for (const auto& entry : fs::recursive_directory_iterator(root / top)) {
+            if (!entry.is_regular_file())
                 continue;
-            const std::string target = layerOf(include.name);
-            EXPECT_TRUE(others.contains(target)) << include.file << " includes \"" << include.name
-                                                 << "\": " << layer << " must not know " << target;
+            Source source(entry.path().lexically_relative(root));
+            const std::string extension = source.file.extension();
+            const bool isCode = extension == ".h" || extension == ".cpp";
+            std::ifstream file(entry.path());
+            std::smatch match;
+            for (std::string line; std::getline(file, line); ++source.lines)
+                if (isCode && std::regex_search(line, match, directive))
+                    (match[1] == "\"" ? source.quoted : source.bracketed).push_back(match[2]);
+            all.push_back(std::move(source));
         }
-    EXPECT_GT(seen, 40U) << "the sources were not found";
+    return all;
+}
+
+TEST(Architecture, IncludesGoAlongTheArrowsOfThePicture) {
+    const House house = drawnHouse();
+    std::set<Arrow> taken;
+    for (const Source& source : sources()) {
+        const std::string from = folderOf(source.file, house);
+        const std::set<std::string> allowed = house.below(from);
+        for (const std::string& name : source.quoted) {
+            const std::string to = folderOf(name, house);
+            taken.insert({from, to});
+            EXPECT_TRUE(from == to || allowed.contains(to))
+                << source.file << " includes \"" << name << "\": no arrow leads from " << from
+                << " to " << to;
+        }
+    }
+    for (const Arrow& arrow : house.arrows)
+        EXPECT_TRUE(taken.contains(arrow))
+            << "nothing goes along the arrow from " << arrow.first << " to " << arrow.second;
+    for (const std::string& folder : house.folders)
+        EXPECT_FALSE(house.below(folder).contains(folder))
+            << "arrows lead from " << folder << " back to it";
+    for (const std::string& top : tops)
+        EXPECT_TRUE(house.folders.contains(top)) << top << " is not in the picture";
 }
 
 TEST(Architecture, LogicUsesTheStandardLibraryAlone) {
     static const std::regex standard("[a-z_]+"); // <vector>, not <unistd.h>, <QtCore/QString>
-    for (const std::string& layer : standardLibraryOnly)
-        for (const Include& include : includesUnder(layer)) {
-            if (include.quoted || composes(include.file))
-                continue;
-            EXPECT_TRUE(std::regex_match(include.name, standard))
-                << include.file << " includes <" << include.name << ">";
-        }
+    const House house = drawnHouse();
+    for (const Source& source : sources()) {
+        if (!standardLibraryOnly.contains(folderOf(source.file, house)))
+            continue;
+        for (const std::string& name : source.bracketed)
+            EXPECT_TRUE(std::regex_match(name, standard))
+                << source.file << " includes <" << name << ">";
+    }
 }
 
 TEST(Architecture, NoSourceFileHasGrownTooLong) {
-    for (const auto& [layer, others] : allowed) {
-        if (!fs::exists(root / layer))
-            continue;
-        for (const auto& entry : fs::recursive_directory_iterator(root / layer)) {
-            if (!entry.is_regular_file())
-                continue;
-            std::ifstream file(entry.path());
-            const auto lines = std::count(std::istreambuf_iterator<char>(file), {}, '\n');
-            EXPECT_LE(lines, 400) << entry.path();
-        }
-    }
+    for (const Source& source : sources())
+        EXPECT_LE(source.lines, 400) << source.file;
 }
 
 } // namespace
