@@ -22,12 +22,20 @@ if(NOCTRA_SANITIZE)
         -fsanitize=${NOCTRA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     target_link_options(noctra_options INTERFACE -fsanitize=${NOCTRA_SANITIZE})
 else()
-    # What costs next to nothing: checked copies, guarded stacks, and no addresses left to be filled in
-    # (and overwritten) while the program runs.
+    # What costs next to nothing, in what is handed out; what a compiler or a processor lacks is left out.
+    # scripts/check-hardening looks at what has come of it, and of the linker's options below.
+    include(CheckCXXCompilerFlag)
+    foreach(flag -fstack-clash-protection -fcf-protection -mbranch-protection=standard)
+        string(MAKE_C_IDENTIFIER "NOCTRA_HAS${flag}" has)
+        check_cxx_compiler_flag(${flag} ${has})
+        if(${has})
+            target_compile_options(noctra_options INTERFACE $<$<NOT:$<CONFIG:Debug>>:${flag}>)
+        endif()
+    endforeach()
     target_compile_options(noctra_options INTERFACE
-        $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2 -fstack-protector-strong>)
-    target_link_options(noctra_options INTERFACE $<$<NOT:$<CONFIG:Debug>>:-Wl,-z,relro,-z,now>)
+        "$<$<NOT:$<CONFIG:Debug>>:-fstack-protector-strong;-D_FORTIFY_SOURCE=2;-D_GLIBCXX_ASSERTIONS>")
 endif()
+target_link_options(noctra_options INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack)
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
 set(CMAKE_CXX_EXTENSIONS OFF)

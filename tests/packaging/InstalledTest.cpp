@@ -93,6 +93,21 @@ TEST_F(Installed, EveryFileIsThereAndValid) {
     run({"desktop-file-validate", prefix_ / "share/applications/org.noctra.Noctra.desktop"});
     run({"appstreamcli", "validate", "--no-net", "--strict",
          prefix_ / "share/metainfo/org.noctra.Noctra.metainfo.xml"});
+    run({NOCTRA_SCRIPTS "/check-hardening", "--links-only", prefix_ / expectedFiles[0],
+         prefix_ / expectedFiles[1], prefix_ / expectedFiles[2]});
+    EXPECT_THAT(readFile(prefix_ / "share/applications/org.noctra.Noctra.desktop"),
+                HasSubstr("\nExec=" + (prefix_ / "bin/noctra").string() + " %U\n"));
+}
+
+TEST_F(Installed, UnderAFolderWithASpaceInItsNameTheEntriesAreStillValid) {
+    const fs::path prefix = prefix_ / "of mine";
+    run({NOCTRA_CMAKE, "--install", NOCTRA_BUILD, "--prefix", prefix});
+    const fs::path entry = prefix / "share/applications/org.noctra.Noctra.desktop";
+    run({"desktop-file-validate", entry});
+    const std::string quoted = "\nExec=\"" + (prefix / "bin/noctra").string() + "\"";
+    EXPECT_THAT(readFile(entry), HasSubstr(quoted + " %U\n"));
+    EXPECT_THAT(readFile(prefix / "share/dbus-1/services/org.noctra.Noctra.service"),
+                HasSubstr(quoted + "\n"));
 }
 
 TEST_F(Installed, TheBusStartsItForACallAndItMendsItsAutostartEntry) {
