@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -20,11 +21,16 @@ std::string absoluteEnvironment(const char* name) {
 std::string makePrivate(const std::string& path) {
     if (::mkdir(path.c_str(), 0700) != 0 && errno != EEXIST)
         return "cannot make " + path + ": " + std::strerror(errno);
-    struct stat status {};
-    if (::lstat(path.c_str(), &status) != 0)
+    const int folder = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW);
+    if (folder < 0)
         return "cannot use " + path + ": " + std::strerror(errno);
-    if (!S_ISDIR(status.st_mode) || status.st_uid != ::geteuid())
-        return path + " is not a directory of this user";
+    struct stat status {};
+    const bool isOurs = ::fstat(folder, &status) == 0 && status.st_uid == ::geteuid();
+    // It may have been made by somebody with other habits.
+    const bool isPrivate = isOurs && ((status.st_mode & 077) == 0 || ::fchmod(folder, 0700) == 0);
+    ::close(folder);
+    if (!isPrivate)
+        return path + " is not a private directory of this user";
     return {};
 }
 

@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include "platform/linux/LinuxSystem.h"
-#include "platform/linux/RuntimeDirectory.h"
 
 namespace noctra {
 
@@ -85,13 +84,6 @@ TEST(LinuxSystem, FindsTheDistributionsNameInEveryWayItMayBeQuoted) {
     EXPECT_EQ(prettyName("PRETTY_NAME=Plain\n"), "Plain");
     EXPECT_EQ(prettyName("NAME=x\nXPRETTY_NAME=no"), "");
     EXPECT_EQ(prettyName("PRETTY_NAME=\""), "\"");
-}
-
-TEST(RuntimeDirectory, NamesOneRecordPerXServerWhateverTheScreen) {
-    EXPECT_EQ(tableRecordName(":0"), "tables-:0");
-    EXPECT_EQ(tableRecordName(":0.1"), "tables-:0");
-    EXPECT_EQ(tableRecordName("host.example:10.0"), "tables-host.example:10");
-    EXPECT_EQ(tableRecordName("/tmp/x/y:0"), "tables-_tmp_x_y:0");
 }
 
 } // namespace noctra
