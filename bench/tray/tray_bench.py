@@ -7,9 +7,6 @@ Needs an X server, and a session bus that starts nothing by itself; scripts/benc
 all of its processes together.
 """
 
-import collections
-import contextlib
-import os
 import pathlib
 import shutil
 import signal
@@ -20,25 +17,14 @@ import time
 
 from host import Host
 
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1]))
+from processes import PATIENCE, context_switches, environment, kill_started, memory, started, wait_for
+from settings import write_settings
+
 STARTS = 21
 LONG_RUNS = 3
 SETTLING = 5  # seconds before anything is counted
 WINDOW = 30  # seconds
-PATIENCE = 20  # seconds
-MARK = "NOCTRA_TRAY_BENCH"  # in the environment of all that a program starts
-
-NOCTRA_SETTINGS = "[General]\nfilterIntensity=0.5\nhasShownFirstRunPopover=true\n"
-# A place, so that nobody is asked for one, and one colour all day, there at once.
-PEER_SETTINGS = """[{section}]
-location-provider=manual
-adjustment-method=randr
-temp-day=3500
-temp-night=3500
-fade=0
-[manual]
-lat=52.5
-lon=13.4
-"""
 
 
 class Program:
@@ -49,7 +35,7 @@ class Program:
         """Milliseconds from before the fork until its item is registered."""
         host.registered = None
         begin = time.monotonic()
-        self.process = subprocess.Popen(self.command, env=os.environ | {MARK: str(os.getpid())},
+        self.process = subprocess.Popen(self.command, env=environment(),
                                         stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         host.serve(PATIENCE, until=lambda: host.registered)
         if not host.registered:
@@ -59,7 +45,7 @@ class Program:
     def end(self):
         self.process.terminate()
         self.process.wait(PATIENCE)
-        wait_for(lambda: not processes(), "the end of " + self.name)
+        wait_for(lambda: not started(), "the end of " + self.name)
 
     def turn(self, on):
         """Has no filter."""
@@ -84,58 +70,20 @@ class Peer(Program):
         wait_for(lambda: tinted() == on, "the displays to follow " + self.name)
 
 
-def wait_for(condition, what):
-    end = time.monotonic() + PATIENCE
-    while not condition():
-        if time.monotonic() > end:
-            sys.exit("waited in vain for " + what)
-        time.sleep(0.01)
-
-
 def tinted():
     answer = subprocess.run(["xrandr", "--verbose"], check=True, capture_output=True, text=True).stdout
     return answer.split("Gamma:")[1].split()[0] != "1.0:1.0:1.0"
 
 
-def processes():
-    """Folders in /proc of all that the program has started."""
-    found = []
-    for file in pathlib.Path("/proc").glob("[0-9]*/environ"):
-        with contextlib.suppress(OSError):  # it has just ended, or is none of ours
-            if f"{MARK}={os.getpid()}\0".encode() in file.read_bytes():
-                found.append(file.parent)
-    return found
-
-
-def memory():
-    """Resident, proportional and private dirty, MiB."""
-    sums = collections.Counter()
-    for process in processes():
-        for line in (process / "smaps_rollup").read_text().splitlines()[1:]:
-            sums[line.split()[0]] += int(line.split()[1]) / 1024
-    return [sums["Rss:"], sums["Pss:"], sums["Private_Dirty:"]]
-
-
-def context_switches():
-    return sum(int(line.split()[1]) for process in processes() for status in process.glob("task/*/status")
-               for line in status.read_text().splitlines() if "ctxt_switches" in line)
-
-
 def programs(noctra, bare_item):
     found = [Noctra("noctra", noctra), Program("bare Qt item", bare_item)]
-    settings = {"noctra/noctra.conf": NOCTRA_SETTINGS}
-    for name, section, file in (("redshift-gtk", "redshift", "redshift.conf"),
-                                ("gammastep-indicator", "general", "gammastep/config.ini")):
-        settings[file] = PEER_SETTINGS.format(section=section)
+    write_settings()
+    for name in ("redshift-gtk", "gammastep-indicator"):
         if path := shutil.which(name):
             # Not by its own first line, which may find a Python that lacks what it needs.
             found.append(Peer(name, "/usr/bin/python3", path))
         else:
             print(f"  {name} is not installed, so it is left out")
-    for file, text in settings.items():
-        path = pathlib.Path(os.environ["XDG_CONFIG_HOME"], file)
-        path.parent.mkdir(exist_ok=True)
-        path.write_text(text)
     return found
 
 
@@ -188,8 +136,7 @@ def main():
     try:
         compare(programs(*sys.argv[1:3]), host)
     finally:
-        for process in processes():
-            os.kill(int(process.name), signal.SIGKILL)
+        kill_started()
 
 
 if __name__ == "__main__":
