@@ -88,6 +88,9 @@ int failToRun(const std::string& message) {
 int runLinuxProgram(PosixProcess& process, int argc, char** argv,
                     const std::vector<std::string>& urls,
                     const std::function<void(const RunningProgram&)>& launched) {
+    // libdbus ends the process where it takes a call for wrong, and Qt 6.4 makes such calls where a
+    // bus goes away in the wrong moment.
+    preset("DBUS_FATAL_WARNINGS", "0");
     const MonotonicClock steadyClock;
     QtRunLoop runLoop(steadyClock);
     MainQueue mainQueue(runLoop, steadyClock);
