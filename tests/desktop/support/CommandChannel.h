@@ -18,6 +18,8 @@ public:
     CommandChannel(const CommandChannel&) = delete;
     CommandChannel& operator=(const CommandChannel&) = delete;
 
+    /// Not any more once the bus has gone.
+    [[nodiscard]] bool isConnected() const { return connection_.isConnected(); }
     /// Whether a program owns the name under which Noctra is found.
     [[nodiscard]] bool isServed() const;
 

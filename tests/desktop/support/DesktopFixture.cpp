@@ -108,7 +108,7 @@ void DesktopFixture::calibrate(const TablesByCrtc& tables) {
 }
 
 CommandChannel& DesktopFixture::channel() {
-    if (!channel_)
+    if (!channel_ || !channel_->isConnected()) // the bus may have been started again
         channel_ = std::make_unique<CommandChannel>(desktop_->busAddress());
     return *channel_;
 }

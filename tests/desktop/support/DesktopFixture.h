@@ -78,6 +78,10 @@ private:
 /// The last line that the program logs while it starts.
 inline constexpr const char* runningLine = "App launched successfully";
 inline constexpr const char* appliedLine = "Automation command applied: ";
+inline constexpr const char* busLostLine =
+    "Automation commands from other programs unavailable: the session bus went away";
+inline constexpr const char* busBackLine =
+    "Automation commands from other programs available again";
 inline constexpr const char* ignoredLine = "Ignored invalid automation URL";
 
 } // namespace noctra::desktop

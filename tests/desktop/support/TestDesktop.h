@@ -22,6 +22,8 @@ public:
     /// From now on programs find no session bus.
     void takeBusAway();
     [[nodiscard]] const std::string& busAddress() const { return busAddress_; }
+    /// Not after it was taken away.
+    [[nodiscard]] SessionBus& bus() { return *bus_; }
     void setVariable(const std::string& name, const std::string& value) { extra_[name] = value; }
 
     [[nodiscard]] std::filesystem::path runtimeFolder() const { return folder_ / "runtime"; }

@@ -61,12 +61,13 @@ TrayHost::TrayHost(const TestDesktop& desktop, TrayKind kind, std::uint32_t bar)
         desktop_.preferencesFile().parent_path().parent_path() / "xfce4/xfconf/xfce-perchannel-xml";
     std::filesystem::create_directories(settings);
     writeFile(settings / "xfce4-panel.xml", xfcePanel);
-    helpers_.push_back(desktop_.startOther({"/usr/bin/openbox"}));
-    helpers_.push_back(desktop_.startOther({settingsDaemon()}));
+    windowManager_ = desktop_.startOther({"/usr/bin/openbox"});
 }
 
 void TrayHost::start() {
     if (kind_ == TrayKind::notifierItems) {
+        settings_.reset(); // it ends with its bus, sooner or later
+        settings_ = desktop_.startOther({settingsDaemon()});
         bar_ = desktop_.startOther({"/usr/bin/xfce4-panel", "--disable-wm-check"});
         return;
     }

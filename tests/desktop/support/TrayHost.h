@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "tests/desktop/support/InputDevices.h"
 #include "tests/desktop/support/TestDesktop.h"
@@ -27,6 +26,7 @@ public:
     /// `bar`: its colour as 0xRRGGBB, for `embedded` only; the other's is dark.
     TrayHost(const TestDesktop& desktop, TrayKind kind, std::uint32_t bar = 0x202020);
 
+    /// Also after it was killed, and on a session bus that was started again.
     void start();
     /// Kills it, as a crash does.
     void kill();
@@ -37,7 +37,8 @@ private:
     const TestDesktop& desktop_;
     TrayKind kind_;
     std::uint32_t barColor_;
-    std::vector<std::unique_ptr<Program>> helpers_;
+    std::unique_ptr<Program> windowManager_;
+    std::unique_ptr<Program> settings_;
     std::unique_ptr<Program> bar_;
 };
 
