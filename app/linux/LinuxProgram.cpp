@@ -26,6 +26,7 @@
 #include "platform/linux/StandardOutput.h"
 #include "platform/linux/XdgLoginItem.h"
 #include "platform/linux/backlight/SysfsBacklight.h"
+#include "platform/linux/sessionbus/SessionBusLink.h"
 #include "platform/linux/tray/QtPresses.h"
 #include "platform/linux/tray/QtX11.h"
 #include "platform/linux/tray/TrayBar.h"
@@ -95,7 +96,8 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
     QtRunLoop runLoop(steadyClock);
     MainQueue mainQueue(runLoop, steadyClock);
 
-    SessionBusUrlChannel urlChannel(mainQueue);
+    SessionBusLink sessionBus(mainQueue);
+    SessionBusUrlChannel urlChannel(mainQueue, sessionBus);
     const SessionBusUrlChannel::Claim claim = urlChannel.claim();
     if (claim == SessionBusUrlChannel::Claim::anothers) {
         const std::string problem = urlChannel.handOver(urls);
@@ -118,7 +120,8 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
     if (!service.problem.empty())
         log.log("ERROR: " + service.problem);
 
-    prepareQt(service, claim == SessionBusUrlChannel::Claim::ours);
+    const bool hasSessionBus = claim == SessionBusUrlChannel::Claim::ours;
+    prepareQt(service, hasSessionBus);
     const QApplication qt(argc, argv);
 
     QtPreferences preferences(QtPreferences::defaultPath(), mainQueue, log);
@@ -180,7 +183,8 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
     TrayBar tray({.log = log,
                   .mainQueue = mainQueue,
                   .steadyClock = steadyClock,
-                  .closingPress = closingPress});
+                  .closingPress = closingPress,
+                  .sessionBus = hasSessionBus ? &sessionBus : nullptr});
     AppDelegate delegate({
         .log = log,
         .mainQueue = mainQueue,

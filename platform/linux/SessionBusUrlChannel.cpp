@@ -1,18 +1,15 @@
 #include "platform/linux/SessionBusUrlChannel.h"
 
-#include <chrono>
-#include <future>
 #include <utility>
 
-#include <QtCore/QFileInfo>
 #include <QtCore/QStringList>
 #include <QtCore/QVariantMap>
 #include <QtDBus/QDBusConnectionInterface>
 #include <QtDBus/QDBusError>
 #include <QtDBus/QDBusMessage>
+#include <QtDBus/QDBusPendingCallWatcher>
+#include <QtDBus/QDBusPendingReply>
 #include <QtDBus/QDBusReply>
-
-#include "platform/linux/systembus/BusProbe.h"
 
 namespace noctra {
 
@@ -21,20 +18,10 @@ namespace {
 constexpr auto serviceName = "org.noctra.Noctra";
 constexpr auto objectPath = "/org/noctra/Noctra";
 constexpr auto interfaceName = "org.freedesktop.Application";
-constexpr auto connectionName = "noctra-session";
+constexpr auto busService = "org.freedesktop.DBus";
+constexpr auto busPath = "/org/freedesktop/DBus";
 constexpr int answerMilliseconds = 5000;
-
-/// The session bus's address: the environment's, else the user bus's socket; never a bus that would
-/// have to be started first.
-QString sessionBusAddress() {
-    QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
-    if (!address.isEmpty())
-        return address;
-    const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    if (runtime.isEmpty() || !QFileInfo::exists(runtime + "/bus"))
-        return {};
-    return "unix:path=" + runtime + "/bus";
-}
+constexpr uint inQueue = 2; ///< RequestName's answer where another has the name
 
 /// The bus carries text only. What is not UTF-8 is no URL, and an empty text is none either.
 QString asText(const std::string& url) {
@@ -44,59 +31,29 @@ QString asText(const std::string& url) {
 
 } // namespace
 
-SessionBusUrlChannel::SessionBusUrlChannel(MainQueue& mainQueue)
-    : mainQueue_(mainQueue), bus_(QString::fromLatin1(connectionName)) {}
-
-SessionBusUrlChannel::~SessionBusUrlChannel() {
-    QDBusConnection::disconnectFromBus(connectionName);
-}
+SessionBusUrlChannel::SessionBusUrlChannel(MainQueue& mainQueue, SessionBusLink& bus)
+    : mainQueue_(mainQueue), bus_(bus) {}
 
 SessionBusUrlChannel::Claim SessionBusUrlChannel::claim() {
-    const QString address = sessionBusAddress();
-    if (address.isEmpty()) {
-        problem_ = "no session bus (DBUS_SESSION_BUS_ADDRESS is not set)";
+    problem_ = bus_.open();
+    if (!problem_.empty())
         return Claim::noBus;
-    }
-    if (const std::string silence =
-            whyBusIsSilent(address.toStdString(), std::chrono::milliseconds(answerMilliseconds));
-        !silence.empty()) {
-        problem_ = "no session bus (" + silence + ")";
-        return Claim::noBus;
-    }
-    // By its role, not by its address: Qt 6.4 stops the process where a bus at an address refuses
-    // to let it in.
-    qputenv("DBUS_SESSION_BUS_ADDRESS", address.toUtf8());
-    // Connecting takes no time limit, so it gets a thread. One that is stuck is left to the end of
-    // the process: nothing could make it stop.
-    auto* connecting = new std::future<QDBusConnection>(std::async(std::launch::async, [] {
-        return QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName);
-    }));
-    if (connecting->wait_for(std::chrono::milliseconds(answerMilliseconds)) !=
-        std::future_status::ready) {
-        problem_ = "no session bus (it does not answer)";
-        return Claim::noBus;
-    }
-    bus_ = connecting->get();
-    delete connecting;
-    if (!bus_.isConnected()) {
-        problem_ = "no session bus (" + bus_.lastError().message().toStdString() + ")";
-        return Claim::noBus;
-    }
-    bus_.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
-                 QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
-                 SLOT(busWentAway()));
+    QDBusConnection bus = bus_.connection();
     // The object first: whoever sees the name can call it.
-    bus_.registerVirtualObject(objectPath, this, QDBusConnection::SingleNode);
+    bus.registerVirtualObject(objectPath, this, QDBusConnection::SingleNode);
     const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
-        bus_.interface()->registerService(serviceName, QDBusConnectionInterface::DontQueueService,
-                                          QDBusConnectionInterface::DontAllowReplacement);
+        bus.interface()->registerService(serviceName, QDBusConnectionInterface::DontQueueService,
+                                         QDBusConnectionInterface::DontAllowReplacement);
     if (!reply.isValid()) {
         problem_ = "the session bus refuses the name " + std::string(serviceName) + " (" +
                    reply.error().message().toStdString() + ")";
         return Claim::noBus;
     }
-    return reply.value() == QDBusConnectionInterface::ServiceRegistered ? Claim::ours
-                                                                        : Claim::anothers;
+    if (reply.value() != QDBusConnectionInterface::ServiceRegistered)
+        return Claim::anothers;
+    connect(&bus_, &SessionBusLink::lost, this, &SessionBusUrlChannel::busWentAway);
+    connect(&bus_, &SessionBusLink::renewed, this, &SessionBusUrlChannel::askForName);
+    return Claim::ours;
 }
 
 std::string SessionBusUrlChannel::handOver(const std::vector<std::string>& urls) {
@@ -110,7 +67,7 @@ std::string SessionBusUrlChannel::handOver(const std::vector<std::string>& urls)
         call << texts;
     }
     call << QVariantMap();
-    const QDBusMessage answer = bus_.call(call, QDBus::Block, answerMilliseconds);
+    const QDBusMessage answer = bus_.connection().call(call, QDBus::Block, answerMilliseconds);
     if (answer.type() == QDBusMessage::ReplyMessage)
         return {};
     const std::string reason = answer.errorMessage().toStdString();
@@ -192,8 +149,50 @@ bool SessionBusUrlChannel::handleMessage(const QDBusMessage& message,
 
 void SessionBusUrlChannel::busWentAway() {
     problem_ = "the session bus went away";
+    say("unavailable: " + problem_);
+}
+
+/// Without waiting. The bus queues the wish where another process has the name, so that one which
+/// is only passing (a later start that could not find this one) leaves it to this one.
+void SessionBusUrlChannel::askForName() {
+    QDBusConnection bus = bus_.connection();
+    bus.registerVirtualObject(objectPath, this, QDBusConnection::SingleNode);
+    bus.connect(busService, busPath, busService, QStringLiteral("NameAcquired"), this,
+                SLOT(nameAcquired(QString)));
+    QDBusMessage request =
+        QDBusMessage::createMethodCall(busService, busPath, busService, "RequestName");
+    request << QString::fromLatin1(serviceName) << 0U;
+    auto* const call =
+        new QDBusPendingCallWatcher(bus.asyncCall(request, answerMilliseconds), this);
+    connect(call, &QDBusPendingCallWatcher::finished, this,
+            [this, name = bus.name()](QDBusPendingCallWatcher* finished) {
+                finished->deleteLater();
+                const QDBusConnection& now = bus_.connection();
+                if (now.name() != name || !now.isConnected())
+                    return; // lost again, and that has been said
+                const QDBusPendingReply<uint> reply = *finished;
+                if (reply.isError())
+                    nameNotHad(reply.error().message().toStdString());
+                else if (reply.value() == inQueue)
+                    nameNotHad("another program has the name " + std::string(serviceName));
+            });
+}
+
+void SessionBusUrlChannel::nameNotHad(const std::string& reason) {
+    problem_ = reason;
+    say("still unavailable on the new session bus: " + problem_);
+}
+
+void SessionBusUrlChannel::nameAcquired(const QString& name) {
+    if (name != serviceName)
+        return;
+    problem_.clear();
+    say("available again");
+}
+
+void SessionBusUrlChannel::say(const std::string& message) {
     if (log_ != nullptr)
-        log_->log("Automation commands from other programs unavailable: " + problem_);
+        log_->log("Automation commands from other programs " + message);
 }
 
 } // namespace noctra

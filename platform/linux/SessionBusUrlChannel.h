@@ -4,18 +4,20 @@
 #include <vector>
 
 #include <QtCore/QObject>
-#include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusVirtualObject>
 
 #include "foundation/Log.h"
 #include "foundation/MainQueue.h"
 #include "platform/UrlChannel.h"
+#include "platform/linux/sessionbus/SessionBusLink.h"
 
 namespace noctra {
 
 /// One running program per session, found under a well-known name of the session bus, which hands
-/// it the URLs of later starts. Speaks the interface by which desktops activate programs
-/// (org.freedesktop.Application: Activate, Open, ActivateAction). Main thread.
+/// it the URLs of later starts. It takes the name again on a bus that comes after that bus, or,
+/// where another process has been faster there, once that one gives it up. Speaks the interface by
+/// which desktops activate programs (org.freedesktop.Application: Activate, Open, ActivateAction).
+/// Main thread.
 class SessionBusUrlChannel : public QDBusVirtualObject, public UrlChannel {
     Q_OBJECT
 public:
@@ -25,13 +27,13 @@ public:
         noBus,    ///< there is no session bus to be had; `problem` says more
     };
 
-    explicit SessionBusUrlChannel(MainQueue& mainQueue);
-    ~SessionBusUrlChannel() override;
+    /// `bus`, which nobody has opened yet, must outlive the channel.
+    SessionBusUrlChannel(MainQueue& mainQueue, SessionBusLink& bus);
 
     /// Connects to the session bus and asks for the name.
     Claim claim();
     [[nodiscard]] const std::string& problem() const { return problem_; }
-    /// Where to say later that the bus has gone; `log` must outlive the channel.
+    /// Where to say later that the bus has gone, or come back; `log` must outlive the channel.
     void setLog(Log& log) { log_ = &log; }
 
     /// Hands `urls`, or without any the wish to show the panel, to the running program. Returns an
@@ -48,15 +50,19 @@ public:
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
 private slots:
-    void busWentAway();
+    void nameAcquired(const QString& name);
 
 private:
+    void busWentAway();
+    void askForName();
+    void nameNotHad(const std::string& reason);
+    void say(const std::string& message);
     void receive(const std::vector<std::string>& urls);
     void handOnWaiting();
 
     MainQueue& mainQueue_;
     Log* log_ = nullptr;
-    QDBusConnection bus_;
+    SessionBusLink& bus_;
     std::string problem_;
     Handlers handlers_;
     bool hasHandlers_ = false;

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/desktop/support/BusClient.h"
 #include "tests/desktop/support/DesktopFixture.h"
 
 namespace noctra::desktop {
@@ -181,6 +182,31 @@ TEST_F(Commands, WithoutABusASecondStartOnTheSameDisplayIsRefused) {
         EXPECT_TRUE(isDimmed());
     }
     EXPECT_TRUE(endsCleanly(*first, SIGTERM));
+}
+
+TEST_F(Commands, OnANewBusWhereAnotherHasTheNameComeBackOnceItIsGivenUp) {
+    const std::unique_ptr<Program> program = startDimmed();
+    std::unique_ptr<BusClient> other;
+    const auto takesName = [&] {
+        desktop().bus().restart();
+        other = std::make_unique<BusClient>(desktop().busAddress());
+        const QVariantList answer =
+            other->call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                        "RequestName", {"org.noctra.Noctra", 0U});
+        return answer.value(0).toUInt() == 1; // the program has not been faster
+    };
+    ASSERT_TRUE(pollUntil(patience, takesName));
+    ASSERT_TRUE(program->waitForLine("another program has the name org.noctra.Noctra"));
+    const std::size_t lost = program->countLines(busLostLine);
+    EXPECT_TRUE(isDimmed());
+
+    const std::size_t backBefore = program->countLines(busBackLine);
+    other.reset();
+    ASSERT_TRUE(program->waitForLines(backBefore + 1, busBackLine));
+    command(*program, "noctra://off");
+    EXPECT_TRUE(isUntouched());
+    EXPECT_EQ(program->countLines(busLostLine), lost);
+    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
 }
 
 } // namespace

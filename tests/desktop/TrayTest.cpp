@@ -126,6 +126,35 @@ TEST_P(Tray, ThatComesLateOrComesBackGetsTheItem) {
     EXPECT_TRUE(endsCleanly(*program, SIGTERM));
 }
 
+TEST_P(Tray, AndCommandsComeBackWithTheSessionBus) {
+    host->start();
+    const std::unique_ptr<Program> program = startDimmed();
+    ASSERT_TRUE(showsItem(activeRed));
+    for (const std::size_t round : {1U, 2U}) {
+        desktop().bus().kill();
+        ASSERT_TRUE(program->waitForLines(round, busLostLine)) << round;
+        EXPECT_TRUE(isDimmed());
+        desktop().bus().restart();
+        ASSERT_TRUE(program->waitForLines(round, busBackLine)) << round;
+        for (const char* url : {"noctra://off", "noctra://on"})
+            EXPECT_EQ(desktop().start({url})->waitForEnding(), exited(0));
+        EXPECT_TRUE(isDimmed());
+
+        if (GetParam() == TrayKind::notifierItems) {
+            host->kill(); // where it has not gone with its bus
+            host->start();
+        }
+        ASSERT_TRUE(showsItem(activeRed)) << round;
+        hands().click(*item(activeRed));
+        ASSERT_TRUE(opens()) << round;
+        hands().click(elsewhere);
+        ASSERT_TRUE(panelGoes());
+    }
+    EXPECT_EQ(program->countLines("Tray: "), 1U);
+    EXPECT_EQ(program->countLines("Automation commands"), 4U);
+    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
+}
+
 INSTANTIATE_TEST_SUITE_P(Hosts, Tray,
                          ::testing::Values(TrayKind::notifierItems, TrayKind::embedded),
                          ::testing::PrintToStringParamName());

@@ -3,64 +3,29 @@
 #include <utility>
 
 #include <QtCore/QCoreApplication>
-#include <QtCore/QTimer>
-#include <QtDBus/QDBusConnection>
-#include <QtDBus/QDBusConnectionInterface>
-#include <QtDBus/QDBusMessage>
-#include <QtDBus/QDBusPendingCallWatcher>
-#include <QtDBus/QDBusPendingReply>
-#include <QtDBus/QDBusServiceWatcher>
 
 #include "platform/linux/XConnection.h"
+#include "platform/linux/sessionbus/SessionBusLink.h"
 #include "platform/linux/tray/QtX11.h"
 
 namespace noctra {
 
-namespace {
-
-// KDE's name for it is the one in use, also elsewhere.
-constexpr auto watcherName = "org.kde.StatusNotifierWatcher";
-constexpr auto watcherPath = "/StatusNotifierWatcher";
-constexpr auto registeredProperty = "IsStatusNotifierHostRegistered";
-constexpr int answerMilliseconds = 1000;
-constexpr int retryMilliseconds = 5000;
-
-/// Runs `receive` with the reply's first argument, unless it is an error or another type.
-template <typename Value, typename Receive>
-void onReply(QObject* context, const QDBusPendingCall& call, Receive receive) {
-    auto* const watcher = new QDBusPendingCallWatcher(call, context);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context,
-                     [receive](QDBusPendingCallWatcher* finished) {
-                         const QDBusPendingReply<Value> reply = *finished;
-                         finished->deleteLater();
-                         receive(reply.isError() ? Value() : reply.value());
-                     });
-}
-
-} // namespace
-
-TrayHosts::TrayHosts(std::function<void()> changed) : changed_(std::move(changed)) {
+TrayHosts::TrayHosts(SessionBusLink* sessionBus, std::function<void()> changed)
+    : changed_(std::move(changed)), sessionBus_(sessionBus) {
     if (xcb_connection_t* const connection = qtXConnection()) {
         selection_ = internAtom(connection, "_NET_SYSTEM_TRAY_S0");
         manager_ = internAtom(connection, "MANAGER");
         QCoreApplication::instance()->installNativeEventFilter(this);
     }
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) {
+    if (sessionBus_ != nullptr) {
+        connect(sessionBus_, &SessionBusLink::lost, this, &TrayHosts::busLost);
+        connect(sessionBus_, &SessionBusLink::renewed, this, &TrayHosts::lookOnBus);
+    }
+    if (sessionBus_ != nullptr && sessionBus_->connection().isConnected())
+        lookOnBus();
+    else
         QMetaObject::invokeMethod(
             this, [this] { changed_(); }, Qt::QueuedConnection);
-        return;
-    }
-    watcher_ =
-        new QDBusServiceWatcher(watcherName, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
-    connect(watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this,
-            [this](const QString&, const QString&, const QString& owner) { ownerChanged(owner); });
-    for (const char* const signal :
-         {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
-        bus.connect({}, watcherPath, watcherName, signal, this, SLOT(ask()));
-    silent_ = true;
-    onReply<QString>(this, bus.interface()->asyncCall("GetNameOwner", watcherName),
-                     [this](const QString& owner) { ownerChanged(owner); });
 }
 
 TrayHosts::~TrayHosts() {
@@ -68,53 +33,20 @@ TrayHosts::~TrayHosts() {
         application->removeNativeEventFilter(this);
 }
 
-void TrayHosts::ownerChanged(const QString& owner) {
-    replaced_ = replaced_ || (!owner_.isEmpty() && !owner.isEmpty());
-    owner_ = owner;
-    process_ = 0;
-    silent_ = !owner.isEmpty();
-    if (owner.isEmpty()) {
-        set(false);
-        return;
-    }
-    onReply<uint>(
-        this,
-        QDBusConnection::sessionBus().interface()->asyncCall("GetConnectionUnixProcessID", owner),
-        [this, owner](uint process) {
-            if (owner == owner_)
-                process_ = process;
-        });
-    ask();
+void TrayHosts::lookOnBus() {
+    notifiers_ = std::make_unique<NotifierHosts>(sessionBus_->connection(), changed_);
 }
 
-void TrayHosts::ask() {
-    if (owner_.isEmpty())
-        return;
-    // Its own name: nothing shall be started by asking.
-    QDBusMessage question = QDBusMessage::createMethodCall(
-        owner_, watcherPath, "org.freedesktop.DBus.Properties", "Get");
-    question.setArguments({QString(watcherName), QString(registeredProperty)});
-    auto* const call = new QDBusPendingCallWatcher(
-        QDBusConnection::sessionBus().asyncCall(question, answerMilliseconds), this);
-    connect(call, &QDBusPendingCallWatcher::finished, this,
-            [this, owner = owner_](QDBusPendingCallWatcher* finished) {
-                finished->deleteLater();
-                if (owner == owner_)
-                    answered(*finished);
-            });
-}
-
-void TrayHosts::answered(const QDBusPendingCallWatcher& call) {
-    const QDBusPendingReply<QDBusVariant> reply = call;
-    silent_ = reply.isError() && reply.error().type() == QDBusError::NoReply;
-    if (silent_)
-        QTimer::singleShot(retryMilliseconds, this, &TrayHosts::ask);
-    set(!reply.isError() && reply.value().variant().toBool());
-}
-
-void TrayHosts::set(bool notifierHost) {
-    notifierHost_ = notifierHost;
+/// An item's own connection has gone, too.
+void TrayHosts::busLost() {
+    notifiers_.reset();
+    busReplaced_ = true;
     changed_();
+}
+
+bool TrayHosts::takeReplacement() {
+    const bool hostReplaced = notifiers_ && notifiers_->takeReplacement();
+    return std::exchange(busReplaced_, false) || hostReplaced;
 }
 
 bool TrayHosts::hasEmbeddingHost() const {

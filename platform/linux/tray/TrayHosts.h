@@ -2,16 +2,16 @@
 
 #include <cstdint>
 #include <functional>
-#include <utility>
+#include <memory>
 
 #include <QtCore/QAbstractNativeEventFilter>
 #include <QtCore/QObject>
-#include <QtCore/QString>
 
-class QDBusPendingCallWatcher;
-class QDBusServiceWatcher;
+#include "platform/linux/tray/NotifierHosts.h"
 
 namespace noctra {
+
+class SessionBusLink;
 
 /// Who shows status items on this desktop at the moment: a host of StatusNotifierItems on the
 /// session bus, a system tray on the X server (freedesktop.org's protocol by way of XEmbed), both
@@ -19,38 +19,36 @@ namespace noctra {
 class TrayHosts : public QObject, private QAbstractNativeEventFilter {
     Q_OBJECT
 public:
-    /// `changed` runs after each change, first when it is known what is there.
-    explicit TrayHosts(std::function<void()> changed);
+    /// `changed` runs after each change, first when it is known what is there. `sessionBus`
+    /// outlives the object; null: there is none. After a loss of the bus it is the one that comes
+    /// next that is looked at.
+    TrayHosts(SessionBusLink* sessionBus, std::function<void()> changed);
     ~TrayHosts() override;
     Q_DISABLE_COPY_MOVE(TrayHosts)
 
-    [[nodiscard]] bool hasNotifierHost() const { return notifierHost_; }
+    [[nodiscard]] bool hasNotifierHost() const { return notifiers_ && notifiers_->isThere(); }
     /// It is not known yet whether there is such a host; or what keeps the items on the bus does
     /// not answer. Whoever calls that waits for long.
-    [[nodiscard]] bool notifiersAreSilent() const { return silent_; }
-    /// Whether the keeper of notifier items was replaced by another since this was last asked.
-    [[nodiscard]] bool takeReplacement() { return std::exchange(replaced_, false); }
+    [[nodiscard]] bool notifiersAreSilent() const { return notifiers_ && notifiers_->areSilent(); }
+    /// Whether the keeper of notifier items, or the bus, was replaced by another since this was
+    /// last asked.
+    [[nodiscard]] bool takeReplacement();
     /// Asks the X server.
     [[nodiscard]] bool hasEmbeddingHost() const;
     /// Of the host of StatusNotifierItems; 0: unknown.
-    [[nodiscard]] std::uint32_t notifierProcess() const { return process_; }
-
-private slots:
-    void ask();
+    [[nodiscard]] std::uint32_t notifierProcess() const {
+        return notifiers_ ? notifiers_->process() : 0;
+    }
 
 private:
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
-    void ownerChanged(const QString& owner);
-    void answered(const QDBusPendingCallWatcher& call);
-    void set(bool notifierHost);
+    void lookOnBus();
+    void busLost();
 
     std::function<void()> changed_;
-    QDBusServiceWatcher* watcher_ = nullptr;
-    QString owner_; ///< the watcher's own name on the bus; empty: there is none
-    bool notifierHost_ = false;
-    bool silent_ = false; ///< asked, and without an answer
-    bool replaced_ = false;
-    std::uint32_t process_ = 0;
+    SessionBusLink* sessionBus_;
+    std::unique_ptr<NotifierHosts> notifiers_; ///< none while there is no bus
+    bool busReplaced_ = false;
     std::uint32_t selection_ = 0; ///< atoms; 0 where there is no X server
     std::uint32_t manager_ = 0;
 };

@@ -25,7 +25,7 @@ constexpr Seconds barColorInterval{60.0};
 } // namespace
 
 TrayItem::TrayItem(const TrayServices& services)
-    : services_(services), hosts_([this] { lookForHosts(); }),
+    : services_(services), hosts_(services.sessionBus, [this] { lookForHosts(); }),
       embedding_(services.mainQueue, [this] { embedIfNothingBetterCame(); }),
       noHost_(services.mainQueue, [this] { sayThatThereIsNoHost(); }),
       settling_(services.mainQueue, [this] { settleIn(); }) {
@@ -38,10 +38,9 @@ TrayItem::~TrayItem() = default;
 
 void TrayItem::lookForHosts() {
     if (icon_) {
-        if (hosts_.takeReplacement() && isNotifierItem_) {
-            icon_->hide(); // Qt registers anew only where there was nobody in between
-            icon_->show();
-        }
+        // Qt registers an item anew only where there was nobody in between, and on the same bus.
+        if (isNotifierItem_ && hosts_.hasNotifierHost() && hosts_.takeReplacement())
+            makeIcon();
         settle();
         return;
     }
@@ -65,13 +64,20 @@ void TrayItem::appear(const char* kind) {
     noHost_.cancel();
     embedding_.cancel();
     services_.log.log("Tray: " + std::string(kind));
+    static_cast<void>(hosts_.takeReplacement()); // of one that had nothing to show
+    makeIcon();
+    settle();
+}
+
+void TrayItem::makeIcon() {
+    drawn_ = {};
+    icon_.reset(); // a host shall not see two
     icon_ = std::make_unique<QSystemTrayIcon>();
     if (isNotifierItem_)
         icon_->setContextMenu(&menu_);
     connect(icon_.get(), &QSystemTrayIcon::activated, this, &TrayItem::activated);
     lookAtBar();
     icon_->show();
-    settle();
 }
 
 /// Begins to look at short intervals.

@@ -24,14 +24,16 @@ struct TrayServices {
     const SteadyClock& steadyClock;
     /// Knows the press that closed the popover.
     ClosingPress& closingPress;
+    /// Null: there is none.
+    SessionBusLink* sessionBus;
 };
 
 /// The program's item in the desktop's tray: a StatusNotifierItem where a host of these is there,
 /// else a window in a tray on the X server. Main thread; needs a QApplication.
 ///
-/// The item appears when a host does, however late, and again when its host is started again. Which
-/// kind it is of is settled by the first host that comes, since Qt asks once. Where there is no
-/// host for a while that is said in the log once.
+/// The item appears when a host does, however late, and again when its host, or the session bus, is
+/// started again. Which kind it is of is settled by the first host that comes, since Qt asks once.
+/// Where there is no host for a while that is said in the log once.
 class TrayItem : public QObject, public StatusItem, private StatusItemButton {
     Q_OBJECT
 public:
@@ -62,6 +64,7 @@ private:
     void lookForHosts();
     void embedIfNothingBetterCame();
     void appear(const char* kind);
+    void makeIcon();
     void settle();
     void settleIn();
     void sayThatThereIsNoHost();
