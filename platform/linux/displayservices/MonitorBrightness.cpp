@@ -118,6 +118,8 @@ void MonitorBrightness::readDone(std::optional<MonitorValue> value, TimePoint no
         readFailed(now);
         return;
     }
+    if (reading_ && reading_->maximum != value->maximum)
+        forgetRawValues();
     reading_ = MonitorValue{std::min(value->raw, value->maximum), value->maximum};
     readAt_ = now;
     current_ = true;
@@ -133,6 +135,15 @@ void MonitorBrightness::readDone(std::optional<MonitorValue> value, TimePoint no
         checkWritten(now);
     else if (held_)
         checkHeld(now);
+}
+
+/// The monitor counts in other units than before: what is known in the old ones means nothing now.
+void MonitorBrightness::forgetRawValues() {
+    written_.reset();
+    held_.reset();
+    refused_.reset();
+    answered_.reset();
+    moved_.reset();
 }
 
 void MonitorBrightness::readFailed(TimePoint now) {

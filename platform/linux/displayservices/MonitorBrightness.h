@@ -63,6 +63,7 @@ private:
     [[nodiscard]] std::uint16_t rawOf(float brightness) const;
     [[nodiscard]] bool knowsValue(TimePoint now, bool finishing) const;
     [[nodiscard]] bool isAt(std::uint16_t raw, TimePoint now, bool finishing) const;
+    void forgetRawValues();
     void readFailed(TimePoint now);
     void checkWritten(TimePoint now);
     void checkHeld(TimePoint now);
