@@ -10,8 +10,9 @@ namespace {
 /// What a value of a desktop entry cannot hold as it is, and what stands for it after a backslash.
 constexpr std::array<std::pair<char, char>, 4> escapes{
     {{'\\', '\\'}, {'\n', 'n'}, {'\t', 't'}, {'\r', 'r'}}};
-/// Where one of these is, the whole argument goes into quotation marks.
-constexpr std::string_view reserved = " \t\r\n\"'\\><~|&;$*?#()`";
+/// Where one of these is, the whole argument goes into quotation marks; where it is white space, at
+/// the latest so that it does not get lost at the value's end.
+constexpr std::string_view reserved = " \t\r\n\v\f\"'\\><~|&;$*?#()`";
 /// What takes a backslash between quotation marks.
 constexpr std::string_view escapedInQuotes = "\"`$\\";
 
