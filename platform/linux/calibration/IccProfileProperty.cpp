@@ -2,50 +2,19 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
 
+#include "platform/linux/calibration/PropertyPieces.h"
+
 namespace noctra {
 
 namespace {
 
-struct Free {
-    void operator()(void* memory) const { std::free(memory); }
-};
 template <typename Type>
-using Reply = std::unique_ptr<Type, Free>;
-
-/// A part of a property, as it stands when the server gave none.
-struct Piece {
-    Reply<void> reply; // owns the bytes
-    bool isBytes = false;
-    std::size_t bytesAfter = 0;
-    std::span<const std::byte> bytes;
-};
-
-/// Lengths and offsets of property requests count units of four bytes.
-constexpr std::uint32_t pieceUnits = 64 * 1024;
-
-/// Collects a property from the pieces that `pieceAt` gives for an offset in units.
-template <typename PieceAt>
-IccProfile collect(PieceAt pieceAt) {
-    IccProfile profile;
-    for (std::optional<std::size_t> total;;) {
-        const Piece piece = pieceAt(static_cast<std::uint32_t>(profile.size() / 4));
-        const std::size_t whole = profile.size() + piece.bytes.size() + piece.bytesAfter;
-        if (!piece.isBytes || whole > largestIccProfile || whole != total.value_or(whole))
-            return {};
-        total = whole;
-        profile.insert(profile.end(), piece.bytes.begin(), piece.bytes.end());
-        if (piece.bytesAfter == 0)
-            return profile;
-        if (piece.bytes.size() != std::size_t{pieceUnits} * 4)
-            return {}; // not what was asked for: the next piece would leave a gap
-    }
-}
+using Reply = std::unique_ptr<Type, FreeReply>;
 
 std::span<const std::byte> bytesAt(const void* data, int length) {
     return {static_cast<const std::byte*>(data), static_cast<std::size_t>(std::max(length, 0))};
@@ -53,27 +22,28 @@ std::span<const std::byte> bytesAt(const void* data, int length) {
 
 IccProfile outputProperty(xcb_connection_t* connection, xcb_randr_output_t output,
                           xcb_atom_t property) {
-    return collect([=](std::uint32_t offset) {
+    return joinPieces([=](std::uint32_t offset) {
         const auto request = xcb_randr_get_output_property(
             connection, output, property, XCB_GET_PROPERTY_TYPE_ANY, offset, pieceUnits, 0, 0);
         auto* const reply = xcb_randr_get_output_property_reply(connection, request, nullptr);
         if (reply == nullptr)
-            return Piece();
-        return Piece{Reply<void>(reply), reply->format == 8, reply->bytes_after,
-                     bytesAt(xcb_randr_get_output_property_data(reply),
-                             xcb_randr_get_output_property_data_length(reply))};
+            return PropertyPiece();
+        return PropertyPiece{Reply<void>(reply), reply->format == 8, reply->bytes_after,
+                             bytesAt(xcb_randr_get_output_property_data(reply),
+                                     xcb_randr_get_output_property_data_length(reply))};
     });
 }
 
 IccProfile windowProperty(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t property) {
-    return collect([=](std::uint32_t offset) {
+    return joinPieces([=](std::uint32_t offset) {
         const auto request = xcb_get_property(connection, 0, window, property,
                                               XCB_GET_PROPERTY_TYPE_ANY, offset, pieceUnits);
         auto* const reply = xcb_get_property_reply(connection, request, nullptr);
         if (reply == nullptr)
-            return Piece();
-        return Piece{Reply<void>(reply), reply->format == 8, reply->bytes_after,
-                     bytesAt(xcb_get_property_value(reply), xcb_get_property_value_length(reply))};
+            return PropertyPiece();
+        return PropertyPiece{
+            Reply<void>(reply), reply->format == 8, reply->bytes_after,
+            bytesAt(xcb_get_property_value(reply), xcb_get_property_value_length(reply))};
     });
 }
 

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
 #include <span>
 #include <string_view>
 
 #include "platform/linux/XConnection.h"
+#include "platform/linux/tray/StrutProperty.h"
 
 namespace noctra {
 
@@ -16,7 +16,6 @@ namespace {
 constexpr int deepest = 4;
 // Of one depth. Nobody has so many windows without something being wrong.
 constexpr std::size_t mostWindows = 4096;
-constexpr int largestCoordinate = std::numeric_limits<std::int16_t>::max();
 
 struct Atoms {
     xcb_atom_t windowType = XCB_ATOM_NONE;
@@ -118,23 +117,6 @@ Windows sortOut(xcb_connection_t* xcb, const Atoms& atoms, const Windows& window
     return children;
 }
 
-int coordinate(std::uint32_t value) {
-    return static_cast<int>(std::min<std::uint32_t>(value, largestCoordinate));
-}
-
-/// `partial` where it is whole, else `plain`, which reserves along the whole edge.
-Strut strutOf(const std::vector<std::uint32_t>& partial, const std::vector<std::uint32_t>& plain) {
-    const auto side = [&](std::size_t index) -> StrutSide {
-        if (partial.size() == 12)
-            return {coordinate(partial[index]), coordinate(partial[4 + 2 * index]),
-                    coordinate(partial[5 + 2 * index])};
-        if (plain.size() == 4)
-            return {coordinate(plain[index]), 0, largestCoordinate};
-        return {};
-    };
-    return {side(0), side(1), side(2), side(3)};
-}
-
 std::vector<Dock> describe(xcb_connection_t* xcb, xcb_window_t root, const Atoms& atoms,
                            const Windows& windows) {
     struct Cookies {
@@ -162,7 +144,7 @@ std::vector<Dock> describe(xcb_connection_t* xcb, xcb_window_t root, const Atoms
             docks.push_back({windows[i].id,
                              processId.empty() ? 0 : processId.front(),
                              {place->dst_x, place->dst_y, geometry->width, geometry->height},
-                             strutOf(partial, plain)});
+                             strutIn(partial, plain)});
     }
     return docks;
 }
