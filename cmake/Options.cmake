@@ -1,6 +1,7 @@
 # Compile options shared by every target, and the switches behind the presets.
 
 set(NOCTRA_SANITIZE "" CACHE STRING "Value for -fsanitize, e.g. address,undefined or thread")
+option(NOCTRA_COVERAGE "Count which lines and branches are run" OFF)
 option(NOCTRA_WERROR "Treat warnings as errors" OFF)
 
 if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
@@ -36,6 +37,9 @@ else()
         "$<$<NOT:$<CONFIG:Debug>>:-fstack-protector-strong;-D_FORTIFY_SOURCE=2;-D_GLIBCXX_ASSERTIONS>")
 endif()
 target_link_options(noctra_options INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack)
+if(NOCTRA_COVERAGE)
+    include(cmake/Coverage.cmake)
+endif()
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
 set(CMAKE_CXX_EXTENSIONS OFF)
