@@ -3,6 +3,7 @@
 set(NOCTRA_SANITIZE "" CACHE STRING "Value for -fsanitize, e.g. address,undefined or thread")
 option(NOCTRA_COVERAGE "Count which lines and branches are run" OFF)
 option(NOCTRA_WERROR "Treat warnings as errors" OFF)
+option(NOCTRA_FUZZ "Make the targets in tests/fuzz programs of libFuzzer (clang)" OFF)
 
 if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
     set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "Build type" FORCE)
@@ -37,6 +38,10 @@ else()
         "$<$<NOT:$<CONFIG:Debug>>:-fstack-protector-strong;-D_FORTIFY_SOURCE=2;-D_GLIBCXX_ASSERTIONS>")
 endif()
 target_link_options(noctra_options INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack)
+if(NOCTRA_FUZZ)
+    # Tells libFuzzer where inputs lead; only the targets are linked with the library.
+    target_compile_options(noctra_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 if(NOCTRA_COVERAGE)
     include(cmake/Coverage.cmake)
 endif()
