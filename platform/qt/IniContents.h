@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtCore/QByteArray>
+#include <QtCore/QSet>
 
 namespace noctra {
 
@@ -12,9 +13,17 @@ enum class IniContents {
     damaged, ///< is no INI file, or far too large for one of preferences
 };
 
-/// The size from which on a file is too large: a few hundred bytes would do.
-inline constexpr qsizetype largestIni = 1 << 20;
+/// The size from which on a file is too large: a few hundred bytes would do. It also bounds how
+/// deep values can be nested, which QSettings reads recursively: half a megabyte can fill the
+/// stack.
+inline constexpr qsizetype largestIni = 1 << 16;
 
 [[nodiscard]] IniContents judgeIni(QByteArray bytes);
+
+/// Whether every line of `before` is also in `after`, which QSettings made of it by giving the
+/// General group's `changedKeys` other values. Lines that give these keys a value do not count,
+/// unless there is more than one for a key. Order, empty lines and white space do not count.
+[[nodiscard]] bool keepsLines(const QByteArray& before, const QByteArray& after,
+                              const QSet<QByteArray>& changedKeys);
 
 } // namespace noctra

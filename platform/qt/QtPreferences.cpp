@@ -9,6 +9,7 @@
 #include <QtCore/QStandardPaths>
 
 #include "platform/qt/IniContents.h"
+#include "platform/qt/SettingsFile.h"
 
 namespace noctra {
 
@@ -59,7 +60,8 @@ void QtPreferences::open() {
     }
     const QSettings settings(path_, QSettings::IniFormat);
     for (const QString& key : settings.childKeys())
-        values_.insert(key, settings.value(key));
+        if (!key.isEmpty()) // QSettings warns of it
+            values_.insert(key, settings.value(key));
 }
 
 bool QtPreferences::moveAside() {
@@ -75,20 +77,24 @@ bool QtPreferences::moveAside() {
     return false;
 }
 
-bool QtPreferences::keepCopy() {
-    if (original_.isEmpty())
-        return true;
+std::optional<QString> QtPreferences::copyOriginal() const {
     const QString name = unusedName(path_, ".before-");
     QFile copy(name);
     if (name.isEmpty() || !copy.open(QIODevice::WriteOnly | QIODevice::NewOnly))
-        return false;
+        return std::nullopt;
     if (copy.write(original_) != original_.size() || !copy.flush()) {
         copy.remove();
-        return false;
+        return std::nullopt;
     }
-    log_.log("The preferences as they were are kept in " + copy.fileName().toStdString());
-    original_.clear();
-    return true;
+    return name;
+}
+
+bool QtPreferences::wasLossless(const QVariantMap& changes) const {
+    QFile file(path_);
+    QSet<QByteArray> keys;
+    for (const QString& key : changes.keys())
+        keys.insert(key.toUtf8());
+    return file.open(QIODevice::ReadOnly) && keepsLines(original_, file.readAll(), keys);
 }
 
 std::optional<QString> QtPreferences::textForKey(std::string_view key) const {
@@ -168,13 +174,21 @@ void QtPreferences::flush() {
 void QtPreferences::writeFile(const QVariantMap& changes) {
     if (changes.isEmpty())
         return; // saved in another way meanwhile
-    bool written = keepCopy();
-    if (written) {
-        QSettings settings(path_, QSettings::IniFormat);
+    const auto copy = original_.isEmpty() ? std::optional(QString()) : copyOriginal();
+    const bool written = copy && writeSettings(path_, changes);
+    if (!written) { // it goes with the next save
+        const std::lock_guard lock(valuesMutex_);
         for (auto change = changes.begin(); change != changes.end(); ++change)
-            settings.setValue(change.key(), change.value());
-        settings.sync();
-        written = settings.status() != QSettings::AccessError;
+            if (!unsaved_.contains(change.key()))
+                unsaved_.insert(change.key(), change.value());
+    }
+    if (copy && !copy->isEmpty()) {
+        if (!written || wasLossless(changes))
+            QFile::remove(*copy);
+        else
+            log_.log("The preferences as they were are kept in " + copy->toStdString());
+        if (written)
+            original_.clear();
     }
     if (!written && !complainedAboutWriting_)
         log_.log("ERROR: The preferences cannot be written to " + path_.toStdString());

@@ -19,9 +19,9 @@ namespace noctra {
 ///
 /// A file that cannot be read or understood is moved aside, to its name with ".damaged-" and a
 /// number, before anything is written in its place; where it cannot be moved, nothing is written at
-/// all. A file that holds more than writing it again would keep (comments, say) is copied first, to
-/// its name with ".before-" and a number. Writes reach the file on a later turn of the main queue,
-/// all those of one turn together.
+/// all. A file that may hold more than writing it again would keep (comments, say) is copied first,
+/// to its name with ".before-" and a number; the copy goes again where nothing was lost. Writes
+/// reach the file on a later turn of the main queue, all those of one turn together.
 class QtPreferences : public Preferences {
 public:
     /// `path`: the file; it and its directory need not exist. `mainQueue` and `log` outlive the
@@ -48,7 +48,9 @@ private:
     [[nodiscard]] QVariantMap takeUnsaved();
     // On fileQueue_:
     void writeFile(const QVariantMap& changes);
-    [[nodiscard]] bool keepCopy();
+    /// The copy's name; nothing: it could not be made.
+    [[nodiscard]] std::optional<QString> copyOriginal() const;
+    [[nodiscard]] bool wasLossless(const QVariantMap& changes) const;
 
     void write(std::string_view key, const QVariant& value);
     [[nodiscard]] std::optional<QString> textForKey(std::string_view key) const;

@@ -1,9 +1,12 @@
 #include "platform/qt/QtPreferences.h"
 
 #include <cmath>
+#include <csignal>
 #include <memory>
 #include <utility>
 #include <vector>
+
+#include <sys/resource.h>
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -101,11 +104,14 @@ TEST_F(QtPreferencesTest, MoveADamagedFileAsideAndNeverOverAnEarlierOne) {
     QByteArray everyByte;
     for (int byte = 0; byte < 256; ++byte)
         everyByte.append(static_cast<char>(byte));
+    // Lists in lists: reading them takes more stack than there is.
+    const QByteArray deep =
+        "[General]\nx=@Variant(" + QByteArray("\\0\\0\\0\t\\0\\0\\0\x01").repeated(40000) + ")\n";
     int number = 0;
     for (const QByteArray& garbage :
          {QByteArray("\x00\xFF garbage without any sense\n\x01\x02", 32), everyByte,
           QByteArray(300, '\0'), QByteArray("[General\nfilterBrightness=0.9\n"),
-          QByteArray("\xFF\xFE[\0G\0", 6), QByteArray(2 << 20, '=')}) {
+          QByteArray("\xFF\xFE[\0G\0", 6), deep}) {
         ++number;
         store(garbage);
         const auto preferences = open();
@@ -129,6 +135,9 @@ TEST_F(QtPreferencesTest, ReadWhatPeopleWriteByHandAndKeepACopyOfWhatRewritingWo
         {"[General]\nfilterBrightness=0.25\nother=caf\xE9\n", true},
         {"[General]\nfilterBrightness=0.25\nx=@Variant(broken)\n", true},
         {"[General]\nx=1\nfilterBrightness=0.25\nx=2\n", true},
+        // Foreign, and yet the same when QSettings has written it.
+        {"[General]\nfilterBrightness=0.25\nother=caf\xC3\xA9\nx=@ByteArray(a)\n", false},
+        {"[General]\nfilterBrightness=0.25\ngroup/=1\n", false},
     };
     for (const auto& [contents, copied] : cases) {
         QFile::remove(path + ".before-1");
@@ -142,7 +151,11 @@ TEST_F(QtPreferencesTest, ReadWhatPeopleWriteByHandAndKeepACopyOfWhatRewritingWo
         EXPECT_EQ(desktop.log.messages.size(), copied ? 1U : 0U) << contents.toStdString();
         preferences->setDouble("filterBrightness", 0.6);
         preferences->flush();
-        EXPECT_FALSE(QFile::exists(path + ".before-2")) << "the program's own file is plain";
+        preferences = open();
+        preferences->setDouble("filterBrightness", 0.7);
+        preferences->flush();
+        EXPECT_EQ(open()->numberForKey("filterBrightness"), 0.7) << contents.toStdString();
+        EXPECT_FALSE(QFile::exists(path + ".before-2")) << contents.toStdString();
     }
 }
 
@@ -166,6 +179,28 @@ TEST_F(QtPreferencesTest, SayOnceThatTheyCannotBeWrittenAndGoOn) {
     }
     EXPECT_EQ(preferences->numberForKey("filterBrightness"), 0.6);
     EXPECT_EQ(desktop.log.messages.size(), 1U);
+}
+
+TEST_F(QtPreferencesTest, OnAFullDiskLoseNeitherWhatIsInTheFileNorWhatShouldHaveBeen) {
+    const QByteArray before = "[General]\nfuture=" + QByteArray(2000, 'x') + "\n";
+    store(before);
+    const auto preferences = open();
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit limit{};
+    getrlimit(RLIMIT_FSIZE, &limit);
+    const rlimit full{1000, limit.rlim_max}; // room for a lock, not for the file
+    setrlimit(RLIMIT_FSIZE, &full);
+    preferences->setBool("pwmSafeMode", true);
+    preferences->flush();
+    setrlimit(RLIMIT_FSIZE, &limit);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(contentsOf(path), before);
+    EXPECT_EQ(QDir(home.filePath("config/noctra")).entryList(QDir::Files).size(), 1);
+
+    preferences->setBool("filterEnabled", true);
+    preferences->flush();
+    for (const char* line : {"pwmSafeMode=true\n", "filterEnabled=true\n", "future=xx"})
+        EXPECT_TRUE(contentsOf(path).contains(line)) << line;
 }
 
 } // namespace noctra
