@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstring>
 #include <iterator>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -60,8 +61,8 @@ std::uint64_t checksumOf(const std::uint16_t* levels, std::size_t size) {
 
 } // namespace
 
-TableRecord::TableRecord(Layout* layout, int descriptor)
-    : layout_(layout), descriptor_(descriptor) {}
+TableRecord::TableRecord(Layout* layout, int descriptor, std::string path)
+    : layout_(layout), descriptor_(descriptor), path_(std::move(path)) {}
 
 TableRecord::~TableRecord() {
     ::munmap(layout_, sizeof(Layout));
@@ -77,7 +78,7 @@ TableRecord::Result TableRecord::open(const std::string& path) {
                               MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
         std::unique_ptr<TableRecord> record;
         if (memory != MAP_FAILED)
-            record.reset(new TableRecord(static_cast<Layout*>(memory), -1));
+            record.reset(new TableRecord(static_cast<Layout*>(memory), -1, path));
         return Result{std::move(record), opened, error};
     };
     const auto failure = [&](const char* what, int descriptor) {
@@ -113,7 +114,7 @@ TableRecord::Result TableRecord::open(const std::string& path) {
 
     auto* layout = static_cast<Layout*>(memory);
     layout->header = currentHeader;
-    return {std::unique_ptr<TableRecord>(new TableRecord(layout, descriptor)),
+    return {std::unique_ptr<TableRecord>(new TableRecord(layout, descriptor, path)),
             fresh ? Opened::fresh : Opened::existing,
             {}};
 }
@@ -128,9 +129,14 @@ bool TableRecord::makeRoom(int descriptor, bool anew) {
 
 bool TableRecord::repair() {
     struct stat status {};
-    if (descriptor_ < 0 || (::fstat(descriptor_, &status) == 0 &&
-                            status.st_size >= static_cast<off_t>(sizeof(Layout))))
+    if (descriptor_ < 0)
         return false;
+    const bool known = ::fstat(descriptor_, &status) == 0;
+    if (known && status.st_size >= static_cast<off_t>(sizeof(Layout))) {
+        if (status.st_nlink == 0)
+            makeAnew();
+        return false;
+    }
     // Where there is no room for the file any more, memory takes the mapping's place.
     if (!makeRoom(descriptor_, true) &&
         ::mmap(layout_, sizeof(Layout), PROT_READ | PROT_WRITE,
@@ -140,8 +146,32 @@ bool TableRecord::repair() {
     return true;
 }
 
+/// The next run looks for the file by its name. Until there is one again, the old one serves on.
+void TableRecord::makeAnew() {
+    ::mkdir(path_.substr(0, path_.rfind('/')).c_str(), 0700); // most often it is there
+    const Result next = open(path_);
+    if (next.opened != Opened::fresh && next.opened != Opened::existing)
+        return;
+    for (const std::uint32_t crtc : crtcs()) {
+        const Entry* entry = find(crtc);
+        if (entry == nullptr || !isIntact(entry->base, entry->size))
+            continue;
+        next.record->setBase(crtc, tablesIn(entry->base, entry->size));
+        const Slot& written = entry->written[entry->settledSlot % 2];
+        if (written.seal == 0)
+            continue;
+        next.record->willWrite(crtc, tablesIn(written, entry->size));
+        next.record->settled(crtc, true);
+    }
+    unkept_.merge(next.record->unkept_); // what the new one has no room for
+    std::swap(layout_, next.record->layout_);
+    std::swap(descriptor_, next.record->descriptor_);
+}
+
 std::optional<NativeTables> TableRecord::baseIfOurs(std::uint32_t crtc,
                                                     const NativeTables& current) const {
+    if (const auto unkept = unkept_.find(crtc); unkept != unkept_.end())
+        return unkept->second.isOurs(current) ? std::optional(unkept->second.base()) : std::nullopt;
     const Entry* entry = find(crtc);
     if (entry == nullptr || entry->size != current.size() || current.size() > maxEntries ||
         !isIntact(entry->base, entry->size))
@@ -153,6 +183,11 @@ std::optional<NativeTables> TableRecord::baseIfOurs(std::uint32_t crtc,
 }
 
 std::optional<TableRecord::Expected> TableRecord::expectedOn(std::uint32_t crtc) const {
+    if (const auto unkept = unkept_.find(crtc); unkept != unkept_.end()) {
+        const NativeTables* last = unkept->second.lastWritten();
+        const NativeTables& own = unkept->second.base();
+        return Expected{last != nullptr ? *last : own, last != nullptr && *last != own};
+    }
     const Entry* entry = find(crtc);
     if (entry == nullptr || entry->size > maxEntries || !isIntact(entry->base, entry->size))
         return std::nullopt;
@@ -180,7 +215,20 @@ void TableRecord::store(Slot& slot, const NativeTables& tables, SealOf sealOf) {
 }
 
 bool TableRecord::setBase(std::uint32_t crtc, const NativeTables& tables) {
-    if (crtc == 0 || tables.size() == 0 || tables.size() > maxEntries)
+    if (crtc == 0 || tables.size() == 0)
+        return false;
+    unkept_.erase(crtc);
+    if (keepBase(crtc, tables))
+        return true;
+    if (const Entry* outdated = find(crtc))
+        layout_->crtcs[outdated - layout_->entries] = 0;
+    // Not knowing what is the program's, the next look at the display would take it for its own.
+    unkept_.emplace(crtc, tables);
+    return false;
+}
+
+bool TableRecord::keepBase(std::uint32_t crtc, const NativeTables& tables) {
+    if (tables.size() > maxEntries)
         return false;
     Entry* entry = find(crtc);
     if (entry == nullptr)
@@ -199,6 +247,8 @@ bool TableRecord::setBase(std::uint32_t crtc, const NativeTables& tables) {
 }
 
 void TableRecord::willWrite(std::uint32_t crtc, const NativeTables& tables) {
+    if (const auto unkept = unkept_.find(crtc); unkept != unkept_.end())
+        return unkept->second.willWrite(tables);
     Entry* entry = find(crtc);
     if (entry != nullptr && entry->size == tables.size() && tables.size() <= maxEntries)
         store(entry->written[(entry->settledSlot + 1) % 2], tables,
@@ -206,6 +256,8 @@ void TableRecord::willWrite(std::uint32_t crtc, const NativeTables& tables) {
 }
 
 void TableRecord::settled(std::uint32_t crtc, bool accepted) {
+    if (const auto unkept = unkept_.find(crtc); unkept != unkept_.end())
+        return unkept->second.settled(accepted);
     Entry* entry = find(crtc);
     if (entry == nullptr)
         return;
@@ -224,6 +276,8 @@ std::vector<std::uint32_t> TableRecord::crtcs() const {
     std::vector<std::uint32_t> known;
     std::copy_if(std::begin(layout_->crtcs), std::end(layout_->crtcs), std::back_inserter(known),
                  [](std::uint32_t crtc) { return crtc != 0; });
+    for (const auto& [crtc, tables] : unkept_)
+        known.push_back(crtc);
     return known;
 }
 

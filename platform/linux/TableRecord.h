@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/linux/NativeTables.h"
+#include "platform/linux/UnkeptTables.h"
 
 namespace noctra {
 
@@ -17,8 +19,8 @@ namespace noctra {
 /// A shared mapping of a file: noting a write costs a copy of one table and no system call, and
 /// what was noted survives SIGKILL at any instruction. The last settled write and one under way are
 /// kept side by side, each with a checksum: whichever of the two the CRTC carries is recognised.
-/// One thread at a time. Tables with more than 4096 entries, and CRTCs beyond the 64th, are not
-/// kept.
+/// One thread at a time. Tables with more than 4096 entries, CRTCs beyond the 64th, and those for
+/// which the disk has no room, are known as long as the process lives, and not kept.
 class TableRecord {
 public:
     static constexpr std::size_t maxEntries = 4096;
@@ -48,7 +50,8 @@ public:
     };
     [[nodiscard]] std::optional<Expected> expectedOn(std::uint32_t crtc) const;
     /// `tables` are `crtc`'s own, and nothing of the program's is on it. False when there is no
-    /// room to keep them: the CRTC then has no protection against the program being killed.
+    /// room to keep them, or there are none: the CRTC then has no protection against the program
+    /// being killed.
     bool setBase(std::uint32_t crtc, const NativeTables& tables);
     /// `tables` are about to be sent to `crtc`. Does nothing for a CRTC without a base.
     void willWrite(std::uint32_t crtc, const NativeTables& tables);
@@ -57,7 +60,8 @@ public:
 
     /// To be called before a round of writes: makes the file whole again if somebody has shortened
     /// it, which would end the process at the next store. True when it had to: then nothing is
-    /// known of any CRTC any more.
+    /// known of any CRTC any more. Makes the file anew, with what is known, if somebody has removed
+    /// it, perhaps with its directory; where that fails it is tried again the next time.
     bool repair();
 
     /// Every CRTC that has a base.
@@ -69,7 +73,9 @@ private:
     struct Entry;
     struct Slot;
 
-    TableRecord(Layout* layout, int descriptor);
+    TableRecord(Layout* layout, int descriptor, std::string path);
+    void makeAnew();
+    [[nodiscard]] bool keepBase(std::uint32_t crtc, const NativeTables& tables);
     [[nodiscard]] bool reserve(const Entry& entry, std::size_t size) const;
     static bool makeRoom(int descriptor, bool anew);
     static bool isIntact(const Slot& slot, std::size_t size);
@@ -80,8 +86,10 @@ private:
     [[nodiscard]] Entry* find(std::uint32_t crtc) const;
 
     static const Header currentHeader;
-    Layout* const layout_;
-    const int descriptor_;
+    Layout* layout_;
+    int descriptor_;
+    const std::string path_;
+    std::map<std::uint32_t, UnkeptTables> unkept_; ///< by CRTC; none that is in the file
 };
 
 struct TableRecord::Result {

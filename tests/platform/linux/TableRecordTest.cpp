@@ -84,7 +84,7 @@ TEST_F(TableRecordTest, ForgetsEarlierWritesWithANewBase) {
     EXPECT_FALSE(record->baseIfOurs(1, flat(16, 5)));
     EXPECT_FALSE(record->setBase(1, flat(4097, 8))) << "more entries than it can hold";
     EXPECT_FALSE(record->setBase(0, flat(16, 8)));
-    for (std::uint32_t crtc = 2; crtc <= 64; ++crtc)
+    for (std::uint32_t crtc = 1; crtc <= 64; ++crtc)
         EXPECT_TRUE(record->setBase(crtc, flat(16, 8)));
     EXPECT_FALSE(record->setBase(65, flat(16, 8))) << "more CRTCs than it can hold";
 }
@@ -155,6 +155,48 @@ TEST_F(TableRecordTest, GoesOnWhenSomebodyHasShortenedItsFile) {
     EXPECT_TRUE(record->setBase(1, flat(256, 9)));
     record->willWrite(1, flat(256, 8));
     EXPECT_TRUE(record->baseIfOurs(1, flat(256, 8)));
+}
+
+TEST_F(TableRecordTest, KnowsWhatItHasNoRoomForAsLongAsItLives) {
+    const auto size = TableRecord::maxEntries + 1;
+    {
+        const auto record = TableRecord::open(path).record;
+        ASSERT_TRUE(record->setBase(1, flat(16, 9)));
+        EXPECT_FALSE(record->setBase(1, flat(size, 9)));
+        record->willWrite(1, flat(size, 8));
+        record->settled(1, true);
+        record->willWrite(1, flat(size, 7));
+        for (const int level : {8, 7})
+            EXPECT_EQ(record->baseIfOurs(1, flat(size, level)), flat(size, 9)) << level;
+        record->settled(1, false);
+        EXPECT_EQ(record->baseIfOurs(1, flat(size, 7)), std::nullopt) << "refused";
+        EXPECT_EQ(record->expectedOn(1)->tables, flat(size, 8));
+        EXPECT_EQ(record->crtcs(), std::vector<std::uint32_t>{1});
+        EXPECT_FALSE(record->setBase(1, flat(size, 8)));
+        EXPECT_EQ(record->baseIfOurs(1, flat(size, 8)), std::nullopt) << "its own now";
+    }
+    const auto [record, opened, error] = TableRecord::open(path);
+    EXPECT_TRUE(record->crtcs().empty()) << "nor what it had before";
+}
+
+TEST_F(TableRecordTest, IsThereForTheNextRunAlsoWhenSomebodyHasRemovedItWithItsFolder) {
+    path = folder / "noctra/tables";
+    std::filesystem::create_directory(folder / "noctra");
+    {
+        const auto record = TableRecord::open(path).record;
+        ASSERT_TRUE(record->setBase(1, flat(256, 9)));
+        ASSERT_TRUE(record->setBase(2, flat(256, 7)));
+        record->willWrite(1, flat(256, 8));
+        record->settled(1, true);
+        std::filesystem::remove_all(folder / "noctra");
+        EXPECT_FALSE(record->repair());
+        record->willWrite(2, flat(256, 6));
+        EXPECT_EQ(TableRecord::open(path).opened, Opened::inUse);
+    }
+    const auto [record, opened, error] = TableRecord::open(path);
+    EXPECT_EQ(opened, Opened::existing);
+    EXPECT_EQ(record->baseIfOurs(1, flat(256, 8)), flat(256, 9));
+    EXPECT_EQ(record->baseIfOurs(2, flat(256, 6)), flat(256, 7));
 }
 
 TEST_F(TableRecordTest, SurvivesAnyContentsBehindAGoodHeader) {
