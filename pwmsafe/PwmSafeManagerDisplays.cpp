@@ -54,7 +54,10 @@ void PwmSafeManager::displaysChanged() {
                                        if (manager.expired())
                                            return;
                                        disableALCForControllableDisplays();
-                                       reassertNow("screen params changed");
+                                       if (resumesLater_ && hasControllableDisplay_)
+                                           isEnabled = true; // a panel that was dark at the start
+                                       else
+                                           reassertNow("screen params changed");
                                    });
 }
 

@@ -307,6 +307,16 @@ TEST_F(PwmSafe, ComesBackAtTheNextStartOrWhenADisplayCanBeChanged) {
     desktop.displayChanges.brightnessControlsChanged();
     desktop.advance(Seconds(5));
     EXPECT_FALSE(manager->isEnabled) << "the user has decided meanwhile";
+
+    desktop.preferences.store("pwmSafeMode", true);
+    desktop.online.ids = {};
+    start();
+    desktop.settle();
+    EXPECT_FALSE(manager->isEnabled);
+    desktop.online.ids = {9}; // the lid is opened
+    desktop.displayChanges.screenParametersChanged();
+    desktop.advance(Seconds(0.5));
+    EXPECT_TRUE(manager->isEnabled);
 }
 
 TEST_F(PwmSafe, LocksAMonitorThatCanBeChangedOnlyMomentsAfterTheModeCameOn) {
