@@ -81,6 +81,7 @@ void AppDelegate::openOnFirstRun() {
         return;
     // Before anything is shown: whatever goes wrong with that must not come back at every start.
     services_.preferences.setBool(firstRunKey, true);
+    services_.preferences.flush();
     firstRun_.schedule(Seconds(0.0));
 }
 

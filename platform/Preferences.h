@@ -24,6 +24,9 @@ public:
 
     virtual void setBool(std::string_view key, bool value) = 0;
     virtual void setDouble(std::string_view key, double value) = 0;
+    /// Comes back when all that was set before is on the disk or cannot be put there. Takes as long
+    /// as the disk does; any thread.
+    virtual void flush() = 0;
 };
 
 } // namespace noctra

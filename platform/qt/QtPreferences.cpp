@@ -37,7 +37,7 @@ QtPreferences::QtPreferences(const QString& path, MainQueue& mainQueue, Log& log
 }
 
 QtPreferences::~QtPreferences() {
-    flush();
+    QtPreferences::flush();
 }
 
 QString QtPreferences::defaultPath() {

@@ -29,9 +29,6 @@ public:
     QtPreferences(const QString& path, MainQueue& mainQueue, Log& log);
     ~QtPreferences() override;
 
-    /// Writes what is still only in memory, and waits until it is in the file. Any thread.
-    void flush();
-
     /// noctra/noctra.conf in $XDG_CONFIG_HOME, else in ~/.config.
     [[nodiscard]] static QString defaultPath();
 
@@ -40,6 +37,7 @@ public:
     [[nodiscard]] std::optional<double> numberForKey(std::string_view key) const override;
     void setBool(std::string_view key, bool value) override;
     void setDouble(std::string_view key, double value) override;
+    void flush() override;
 
 private:
     void open();
