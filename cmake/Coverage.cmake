@@ -7,8 +7,9 @@ if(NOT NOCTRA_GCOVR)
 endif()
 
 target_compile_options(noctra_options INTERFACE --coverage -fprofile-update=atomic)
-target_link_options(noctra_options INTERFACE --coverage -Wl,--wrap=_exit)
+target_link_options(noctra_options INTERFACE --coverage -Wl,--wrap=_exit,--undefined=__wrap__exit)
 add_library(noctra_coverage_at_exit STATIC ${PROJECT_SOURCE_DIR}/tests/support/CoverageAtExit.cpp)
+set_target_properties(noctra_coverage_at_exit PROPERTIES POSITION_INDEPENDENT_CODE ON)
 target_link_libraries(noctra_options INTERFACE noctra_coverage_at_exit)
 
 add_custom_target(coverage
