@@ -22,7 +22,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
 std::string helpText() {
     return std::string(usageLine) +
            "\n\n"
-           "Dims and warms every display in software, without touching the backlight.\n"
+           "Dims and warms every display in software, so that the backlight can stay at 100 %.\n"
            "The first start runs in the foreground until it is ended (Ctrl-C, kill); every later\n"
            "start hands its URLs to the running one and returns.\n\n"
            "  noctra://on       filter on\n"
