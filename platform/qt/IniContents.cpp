@@ -14,6 +14,42 @@ bool isHeader(const QByteArray& line) {
     return line.startsWith('[') && line.endsWith(']');
 }
 
+/// Skips the digits to the base of 8 or 16 at `at`; returns the character that they stand for.
+char charOf(const QByteArray& bytes, qsizetype& at, int base) {
+    unsigned code = 0;
+    for (; at < bytes.size(); ++at) {
+        bool isDigit = false;
+        const unsigned digit = bytes.mid(at, 1).toUInt(&isDigit, base);
+        if (!isDigit)
+            break;
+        code = (code * static_cast<unsigned>(base) + digit) & 0xFFFFU; // as QSettings does
+    }
+    return code < 0x80 ? static_cast<char>(code) : '?';
+}
+
+/// Whether QSettings would take a part of the file for a stream of QDataStream's. It does as such a
+/// stream says: a few bytes make it ask for gigabytes, or nest values until the stack is full.
+bool holdsStreams(const QByteArray& bytes) {
+    QByteArray text; // as far as that matters here, what QSettings makes of quotes and escapes
+    for (qsizetype at = 0; at < bytes.size();) {
+        const char c = bytes[at++];
+        if (c == '"')
+            continue;
+        if (c != '\\' || at == bytes.size()) {
+            text += c;
+            continue;
+        }
+        const char escaped = bytes[at];
+        if (escaped >= '0' && escaped <= '7')
+            text += charOf(bytes, at, 8);
+        else if (++at; escaped == 'x')
+            text += charOf(bytes, at, 16);
+        else if (QByteArrayView("abfnrtv\"?'\\").contains(escaped))
+            text += '?';
+    }
+    return text.contains("@Variant(") || text.contains("@DateTime(");
+}
+
 } // namespace
 
 IniContents judgeIni(QByteArray bytes) {
@@ -22,7 +58,7 @@ IniContents judgeIni(QByteArray bytes) {
     bool foreign = bytes.startsWith("\xEF\xBB\xBF");
     if (foreign)
         bytes.remove(0, 3);
-    if (bytes.contains('\0') || bytes.size() > largestIni)
+    if (bytes.contains('\0') || bytes.size() > largestIni || holdsStreams(bytes))
         return IniContents::damaged;
     QSet<QByteArray> keys;
     QByteArray section;

@@ -10,12 +10,10 @@ enum class IniContents {
     plain,   ///< comes back as it was when QSettings writes the file again
     foreign, ///< does not (a comment, a byte-order mark, a letter beyond ASCII, a key that stands
              ///< there twice), though it is no damage
-    damaged, ///< is no INI file, or far too large for one of preferences
+    damaged, ///< is no INI file, far too large for one of preferences, or dangerous to read
 };
 
-/// The size from which on a file is too large: a few hundred bytes would do. It also bounds how
-/// deep values can be nested, which QSettings reads recursively: half a megabyte can fill the
-/// stack.
+/// The size from which on a file is too large: a few hundred bytes would do.
 inline constexpr qsizetype largestIni = 1 << 16;
 
 [[nodiscard]] IniContents judgeIni(QByteArray bytes);
