@@ -54,10 +54,7 @@ void PwmSafeManager::displaysChanged() {
                                        if (manager.expired())
                                            return;
                                        disableALCForControllableDisplays();
-                                       if (resumesLater_ && hasControllableDisplay_)
-                                           isEnabled = true; // a panel that was dark at the start
-                                       else
-                                           reassertNow("screen params changed");
+                                       reassertNow("screen params changed");
                                    });
 }
 
@@ -69,6 +66,8 @@ void PwmSafeManager::brightnessControlsChanged() {
                                        if (manager.expired())
                                            return;
                                        disableALCForControllableDisplays();
+                                       // Enabling in vain would be remembered as switched off.
+                                       refreshControllableDisplays();
                                        if (resumesLater_ && hasControllableDisplay_)
                                            isEnabled = true;
                                        else
