@@ -179,7 +179,7 @@ void QtPreferences::writeFile(const QVariantMap& changes) {
     if (!written) { // it goes with the next save
         const std::lock_guard lock(valuesMutex_);
         for (auto change = changes.begin(); change != changes.end(); ++change)
-            if (!unsaved_.contains(change.key()))
+            if (values_.value(change.key()) == change.value()) // else a newer one is on its way
                 unsaved_.insert(change.key(), change.value());
     }
     if (copy && !copy->isEmpty()) {

@@ -39,6 +39,7 @@ bool writeSettings(const QString& path, const QVariantMap& changes) {
     // success.
     const QString next = file + QStringLiteral(".next");
     QFile::remove(next);
+    QFile::remove(next + QStringLiteral(".lock")); // an earlier run's would be waited for
     bool written =
         QFileInfo::exists(file) ? QFile::copy(file, next) : QDir().mkpath(QFileInfo(file).path());
     if (written) {

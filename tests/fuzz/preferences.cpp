@@ -113,10 +113,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static fuzz::ScratchFolder scratch;
     static const auto noWarnings = qInstallMessageHandler(dropMessage); // of values of odd types
     static_cast<void>(noWarnings);
-    // A new name each time: QSettings remembers files by their names and times.
-    const std::string folder = scratch.newFolder();
-    const std::string file = folder + "/noctra.conf";
-    const QString path = QString::fromStdString(file);
+    // A new name each time: QSettings remembers files by their names, sizes and times.
+    std::string folder = scratch.newFolder();
+    std::string file = folder + "/noctra.conf";
+    QString path = QString::fromStdString(file);
     const std::string input(fuzz::Input::textIn({data, size}));
     fuzz::writeFile(file, input);
     const IniContents contents = judgeIni(QByteArray::fromStdString(input));
@@ -139,12 +139,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(first == State{}, "a damaged file says nothing");
         break;
     }
+    std::filesystem::rename(folder, folder + "-again");
+    folder += "-again";
+    file = folder + "/noctra.conf";
+    path = QString::fromStdString(file);
     require(runAgain(path) == first, "what was written is read");
     require(!std::filesystem::exists(file + ".damaged-2"), "what the program wrote makes sense");
-    // QSettings loses some keys that end in a slash only when it writes them for the second time.
-    require(!std::filesystem::exists(file + ".before-2") ||
-                !holdsLines(fuzz::readFile(file), fuzz::readFile(file + ".before-2")),
-            "no copy is kept of what is not lost");
+    // QSettings moves some keys with a slash only when it writes them for the second time.
+    const auto bytes = [](const std::string& name) {
+        return QByteArray::fromStdString(fuzz::readFile(name));
+    };
+    require(
+        !std::filesystem::exists(file + ".before-2") ||
+            !keepsLines(bytes(file + ".before-2"), bytes(file), {ownKeys.begin(), ownKeys.end()}),
+        "no copy is kept of what is not lost");
     std::filesystem::remove_all(folder);
     return 0;
 }
