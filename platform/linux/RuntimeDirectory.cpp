@@ -17,8 +17,9 @@ std::string absoluteEnvironment(const char* name) {
     return value != nullptr && value[0] == '/' ? value : std::string();
 }
 
-/// Makes `path` a directory that nobody else can use; returns why it is not one.
-std::string makePrivate(const std::string& path) {
+} // namespace
+
+std::string makePrivateDirectory(const std::string& path) {
     if (::mkdir(path.c_str(), 0700) != 0 && errno != EEXIST)
         return "cannot make " + path + ": " + std::strerror(errno);
     const int folder = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW);
@@ -34,15 +35,13 @@ std::string makePrivate(const std::string& path) {
     return {};
 }
 
-} // namespace
-
 RuntimeDirectory openRuntimeDirectory() {
     RuntimeDirectory directory;
     const std::string runtime = absoluteEnvironment("XDG_RUNTIME_DIR");
     if (runtime.empty())
         directory.problem = "XDG_RUNTIME_DIR is not set";
     else
-        directory.problem = makePrivate(runtime + "/noctra");
+        directory.problem = makePrivateDirectory(runtime + "/noctra");
     if (directory.problem.empty()) {
         directory.path = runtime + "/noctra";
         return directory;
@@ -54,8 +53,8 @@ RuntimeDirectory openRuntimeDirectory() {
             cache = home + "/.cache";
     if (cache.empty())
         return directory;
-    ::mkdir(cache.c_str(), 0700); // makePrivate says what is wrong if it is not there
-    if (const std::string problem = makePrivate(cache + "/noctra"); problem.empty())
+    ::mkdir(cache.c_str(), 0700); // the next says what is wrong if it is not there
+    if (const std::string problem = makePrivateDirectory(cache + "/noctra"); problem.empty())
         directory.path = cache + "/noctra";
     else
         directory.problem += "; " + problem;

@@ -14,6 +14,10 @@ struct RuntimeDirectory {
 };
 [[nodiscard]] RuntimeDirectory openRuntimeDirectory();
 
+/// Makes `path` a directory that nobody but this user can use. Returns an empty text, or why it is
+/// not one: a link, somebody else's, or there is no making it. Any thread.
+[[nodiscard]] std::string makePrivateDirectory(const std::string& path);
+
 /// The file name of the record of tables for the X display `displayName`, e.g. "tables-:0".
 [[nodiscard]] std::string tableRecordName(const std::string& displayName);
 

@@ -14,6 +14,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/linux/RuntimeDirectory.h"
+
 namespace noctra {
 
 struct TableRecord::Slot {
@@ -133,7 +135,9 @@ bool TableRecord::repair() {
         return false;
     const bool known = ::fstat(descriptor_, &status) == 0;
     if (known && status.st_size >= static_cast<off_t>(sizeof(Layout))) {
-        if (status.st_nlink == 0)
+        struct stat named {};
+        if (::stat(path_.c_str(), &named) != 0 || named.st_ino != status.st_ino ||
+            named.st_dev != status.st_dev)
             makeAnew();
         return false;
     }
@@ -148,7 +152,8 @@ bool TableRecord::repair() {
 
 /// The next run looks for the file by its name. Until there is one again, the old one serves on.
 void TableRecord::makeAnew() {
-    ::mkdir(path_.substr(0, path_.rfind('/')).c_str(), 0700); // most often it is there
+    if (!makePrivateDirectory(path_.substr(0, path_.rfind('/'))).empty())
+        return;
     const Result next = open(path_);
     if (next.opened != Opened::fresh && next.opened != Opened::existing)
         return;
