@@ -24,12 +24,19 @@ QString unusedName() {
     return QStringLiteral("noctra-session-%1").arg(++count);
 }
 
-/// The session bus's address: the environment's, else the user bus's socket; never a bus that would
-/// have to be started first. Without the bus's GUID: one that is started again has another.
+/// The session bus's address: the environment's, else the user bus's socket; never a bus for which
+/// a program would have to be started. Without the bus's GUID: one that is started again has
+/// another.
 QString sessionBusAddress() {
     const QString address = qEnvironmentVariable(addressVariable);
-    if (!address.isEmpty())
-        return QString(address).remove(QRegularExpression(QStringLiteral(",guid=[0-9a-f]+")));
+    if (!address.isEmpty()) {
+        QStringList ways = address.split(';');
+        ways.removeIf([](const QString& way) {
+            return way.startsWith(QLatin1String("autolaunch:")) ||
+                   way.startsWith(QLatin1String("unixexec:"));
+        });
+        return ways.join(';').remove(QRegularExpression(QStringLiteral(",guid=[0-9a-f]+")));
+    }
     const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
     if (runtime.isEmpty() || !QFileInfo::exists(runtime + "/bus"))
         return {};
@@ -65,7 +72,7 @@ SessionBusLink::~SessionBusLink() {
 std::string SessionBusLink::open() {
     const QString address = sessionBusAddress();
     if (address.isEmpty())
-        return "no session bus (DBUS_SESSION_BUS_ADDRESS is not set)";
+        return "no session bus (DBUS_SESSION_BUS_ADDRESS names none that runs)";
     qputenv(addressVariable, address.toUtf8());
     // Connecting takes no time limit, so it gets a thread. One that is stuck is left to the end of
     // the process: nothing could make it stop.
