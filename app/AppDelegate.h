@@ -78,8 +78,8 @@ public:
     /// program with status 1.
     void displayServerLost(const std::string& reason);
 
-    /// The same where the process is already being ended from inside a library: ends it at once,
-    /// with the brightness back.
+    /// The same where the process is already being ended from inside a library, or has crashed
+    /// there: ends it at once, with the brightness back. Any thread.
     void displayServerGone();
 
     /// Sets the item's icon for the filter's state. Where neither the icon's file nor the symbol

@@ -24,6 +24,7 @@
 #include "platform/linux/PosixScratchFiles.h"
 #include "platform/linux/SessionBusUrlChannel.h"
 #include "platform/linux/StandardOutput.h"
+#include "platform/linux/XConnection.h"
 #include "platform/linux/XdgLoginItem.h"
 #include "platform/linux/backlight/SysfsBacklight.h"
 #include "platform/linux/sessionbus/SessionBusLink.h"
@@ -238,6 +239,13 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
     };
     whenQtExits = &endLikeALostServer;
     std::atexit(answerQtsExit);
+    // Where the connection breaks in the middle of a change of the displays, Qt crashes instead.
+    process.onCrash([&, connection = qtXConnection()] {
+        if (connection == nullptr || !isBroken(connection))
+            return;
+        static_cast<void>(failToRun("the X server is gone: it went in the middle of an answer"));
+        delegate.displayServerGone();
+    });
 
     delegate.applicationDidFinishLaunching();
     const LogindSleep sleep(mainQueue, log, [&] { displayChanges.woke(); });

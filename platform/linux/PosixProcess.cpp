@@ -12,6 +12,8 @@
 #include <pthread.h>
 #include <unistd.h>
 
+#include "platform/linux/CrashSignals.h"
+
 namespace noctra {
 
 struct PosixProcess::State {
@@ -21,6 +23,7 @@ struct PosixProcess::State {
     // Guarded by mutex:
     std::function<void(TerminationSignal)> onTermination;
     std::function<void()> beforeEnd;
+    std::function<void()> onCrash;
     std::optional<std::chrono::steady_clock::time_point> deadline;
     int statusAtDeadline = 0;
     std::function<void()> lastResort;
@@ -68,10 +71,12 @@ PosixProcess::PosixProcess() : state_(std::make_unique<State>()) {
     struct sigaction hangUp {};
     if (::sigaction(SIGHUP, nullptr, &hangUp) == 0 && hangUp.sa_handler != SIG_IGN)
         sigaddset(&state_->taken, SIGHUP);
+    sigaddset(&state_->taken, crashNotice());
     pthread_sigmask(SIG_BLOCK, &state_->taken, nullptr);
     // Both now: on the way out there may be no thread to be had.
     state_->taker = std::thread([this] { takeSignals(); });
     state_->watchdog = std::thread([this] { watch(); });
+    handCrashesTo(state_->taker.native_handle());
 }
 
 void PosixProcess::takeSignals() {
@@ -80,11 +85,17 @@ void PosixProcess::takeSignals() {
         if (sigwait(&state_->taken, &signal) != 0)
             continue;
         std::function<void(TerminationSignal)> onTermination;
+        std::function<void()> onCrash;
         {
             const std::lock_guard lock(state_->mutex);
             onTermination = state_->onTermination;
+            onCrash = state_->onCrash;
         }
-        if (!onTermination)
+        if (signal == crashNotice()) {
+            if (onCrash)
+                onCrash();
+            leaveCrashToSystem();
+        } else if (!onTermination)
             endBySignal(signal);
         else
             onTermination(signal == SIGINT    ? TerminationSignal::interrupt
@@ -136,6 +147,11 @@ void PosixProcess::holdSignalThread(Seconds time) {
 void PosixProcess::beforeEnd(std::function<void()> lastWork) {
     const std::lock_guard lock(state_->mutex);
     state_->beforeEnd = std::move(lastWork);
+}
+
+void PosixProcess::onCrash(std::function<void()> answer) {
+    const std::lock_guard lock(state_->mutex);
+    state_->onCrash = std::move(answer);
 }
 
 void PosixProcess::endNow(int status) {

@@ -24,6 +24,10 @@ public:
     /// Runs `lastWork` in `endNow`, on the thread that calls it; it has to be quick.
     void beforeEnd(std::function<void()> lastWork);
 
+    /// Runs `answer` on the signal thread when another thread has crashed (CrashSignals.h); that
+    /// one waits meanwhile. Where `answer` returns, the process ends by the crash.
+    void onCrash(std::function<void()> answer);
+
     [[nodiscard]] std::optional<std::string> environment(std::string_view name) const override;
     void onTerminationSignal(std::function<void(TerminationSignal)> handler) override;
     void endAfter(Seconds delay, int status, std::function<void()> lastResort) override;

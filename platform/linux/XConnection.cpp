@@ -1,5 +1,7 @@
 #include "platform/linux/XConnection.h"
 
+#include <poll.h>
+
 namespace noctra {
 
 namespace {
@@ -31,6 +33,11 @@ std::string connectionError(xcb_connection_t* connection) {
     default:
         return "out of resources";
     }
+}
+
+bool isBroken(xcb_connection_t* connection) {
+    pollfd socket{xcb_get_file_descriptor(connection), 0, 0};
+    return xcb_connection_has_error(connection) != 0 || ::poll(&socket, 1, 0) > 0;
 }
 
 RandrConnection connectToRandr(const char* displayName) {

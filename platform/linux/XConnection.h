@@ -35,5 +35,8 @@ struct RandrConnection {
 
 /// Why `connection` is unusable; empty while it is usable.
 [[nodiscard]] std::string connectionError(xcb_connection_t* connection);
+/// The server has gone, or has closed `connection`, whether or not anybody has noticed. Any thread;
+/// never waits.
+[[nodiscard]] bool isBroken(xcb_connection_t* connection);
 
 } // namespace noctra
