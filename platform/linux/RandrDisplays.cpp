@@ -70,13 +70,17 @@ RandrDisplays::News RandrDisplays::processEvents() {
         bringUpToDate();
     else if (configurationStale_)
         refreshScreens();
-    return {std::exchange(changeToReport_, false), std::exchange(changes_, {}),
-            connectionError(connection_.xcb.get())};
+    News news{std::exchange(changeToReport_, false), std::exchange(changes_, {}),
+              connectionError(connection_.xcb.get())};
+    drainEvents(false); // what came in with the replies is the next news
+    return news;
 }
 
 void RandrDisplays::onNews(std::function<void()> arrived) {
     const std::lock_guard lock(mutex_);
     newsArrived_ = std::move(arrived);
+    if (changeToReport_ && newsArrived_)
+        newsArrived_();
 }
 
 void RandrDisplays::attachedScreens(std::vector<DisplayId>& ids) {
@@ -87,6 +91,7 @@ void RandrDisplays::attachedScreens(std::vector<DisplayId>& ids) {
     ids.clear();
     for (const Screen& screen : screens_)
         ids.push_back(screen.randr.output);
+    drainEvents(false);
 }
 
 Displays::Status RandrDisplays::readTables(DisplayId display, GammaTables& tables,
@@ -147,7 +152,9 @@ void RandrDisplays::restoreCalibratedTables() {
     drainEvents(false);
 }
 
-/// Sorts what has arrived: errors to the writes they belong to, changes into one flag.
+/// Sorts what has arrived: errors to the writes they belong to, changes into one flag. Without
+/// `readSocket` after every wait for a reply: what came in with it makes the descriptor readable no
+/// more.
 void RandrDisplays::drainEvents(bool readSocket) {
     xcb_connection_t* xcb = connection_.xcb.get();
     for (;;) {
@@ -350,6 +357,7 @@ void RandrDisplays::reassertTables() {
         if (expected->filtered || isLinear(*current))
             writeNow(screen.randr.crtc, expected->tables);
     }
+    drainEvents(false);
 }
 
 void RandrDisplays::writeNow(xcb_randr_crtc_t crtc, const NativeTables& tables) {
