@@ -54,7 +54,7 @@ bool holdsStreams(const QByteArray& bytes) {
 
 IniContents judgeIni(QByteArray bytes) {
     static const QRegularExpression plainLine(
-        QStringLiteral(R"(^(\[[A-Za-z0-9_.-]+\]|[A-Za-z0-9_.-]+=(?!@)[ -~]*)?$)"));
+        QStringLiteral(R"(^(\[[A-Za-z0-9_.-]+\]|[A-Za-z0-9_.-]+=[A-Za-z0-9_.+-]*)?$)"));
     bool foreign = bytes.startsWith("\xEF\xBB\xBF");
     if (foreign)
         bytes.remove(0, 3);

@@ -8,8 +8,8 @@ namespace noctra {
 /// What is in an INI file, judged by its lines: QSettings takes most garbage for good.
 enum class IniContents {
     plain,   ///< comes back as it was when QSettings writes the file again
-    foreign, ///< may not (a comment, a byte-order mark, a letter beyond ASCII, a name with a slash
-             ///< or an escape in it, a key that stands there twice), though it is no damage
+    foreign, ///< may not (a comment, a byte-order mark, a key that stands there twice, anything but
+             ///< words and numbers), though it is no damage
     damaged, ///< is no INI file, far too large for one of preferences, or dangerous to read
 };
 
