@@ -1,14 +1,10 @@
-#include <array>
 #include <memory>
-#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "AllocationCount.h"
-#include "panel/FaderKeys.h"
 #include "panel/StudioFader.h"
 #include "platform/simulated/SimulatedDesktop.h"
 
@@ -79,32 +75,6 @@ TEST_F(FaderTest, LaysItsLayersOut) {
     EXPECT_EQ(fader->layer()->bounds(), (Rect{0, 0, 141, 200}));
 }
 
-TEST_F(FaderTest, StacksItsLayersFromTheSlotToTheCap) {
-    std::vector<const Layer*> wanted{fader->trackLayer.get(), fader->trackInnerLayer.get()};
-    for (const auto& tick : fader->tickLayers)
-        wanted.push_back(tick.get());
-    wanted.push_back(fader->fillLayer.get());
-    wanted.push_back(fader->capLayer.get());
-    std::vector<const Layer*> stack;
-    for (const auto& layer : fader->layer()->sublayers())
-        stack.push_back(layer.get());
-    EXPECT_EQ(stack, wanted);
-    EXPECT_EQ(fader->tickLayers[10]->looks().backgroundColor, colors::white.withAlpha(0.4));
-    EXPECT_EQ(fader->tickLayers[13]->looks().backgroundColor, colors::white.withAlpha(0.15));
-}
-
-TEST_F(FaderTest, SizesTheCapsGradientAtTheFirstColoursAfterTheFirstLayout) {
-    const auto& inCap = fader->capLayer->sublayers();
-    ASSERT_EQ(inCap.size(), 2U);
-    EXPECT_EQ(inCap[0]->frame(), Rect{}) << "made before the layout";
-    slider.updateNSView(*fader);
-    slider.updateNSView(*fader);
-    ASSERT_EQ(inCap.size(), 2U);
-    EXPECT_EQ(inCap[0]->frame(), (Rect{0, 0, 52, 28}));
-    EXPECT_EQ(inCap[0]->looks().gradient->locations, (std::array{0.0, 0.3, 0.7, 1.0}));
-    EXPECT_EQ(inCap[1], fader->gripLayer);
-}
-
 TEST_F(FaderTest, ShowsByItsColoursWhetherItIsEnabledAndMovesAllTheSame) {
     for (const bool enabled : {true, false}) {
         slider.isEnabled = enabled;
@@ -151,13 +121,6 @@ TEST_F(FaderTest, WritesEachStepOnALaterTurnOfTheMainQueueAndInOrder) {
     EXPECT_FALSE(fader->isDragging);
 }
 
-TEST_F(FaderTest, ReportsADragEvenWhereThereIsNoWindow) {
-    fader->mouseDown({});
-    fader->mouseDragged({});
-    fader->mouseUp();
-    EXPECT_EQ(takeHeard(), "down up 0.5 ");
-}
-
 TEST_F(FaderTest, DeliversWhatIsPendingWhenItGoes) {
     press(0);
     dragTo(16);
@@ -188,23 +151,6 @@ TEST_F(FaderTest, MayGoWhileItsReportsAreDelivered) {
     make();
     press(0);
     EXPECT_EQ(takeHeard(), "down 0.5 up 0.5 ");
-}
-
-TEST_F(FaderTest, AllocatesNothingInAStepOfADrag) {
-    press(0);
-    desktop.settle();
-    element.value.set(0.5);
-    double y = 0.0;
-    for (int round = 0; round < 3; ++round) {
-        heard.clear(); // keeps its room
-        const auto before = allocationCount();
-        for (int step = 0; step < 60; ++step)
-            dragTo(y += 1.0);
-        if (round > 0) { // the main queue's list has its room now
-            EXPECT_EQ(allocationCount() - before, 0U);
-        }
-        desktop.settle();
-    }
 }
 
 TEST_F(FaderTest, ShowsTheBindingWithinTheBoundsAndWritesNothing) {
@@ -252,36 +198,6 @@ TEST_F(FaderTest, GlidesToChangesFromOutsideThatAreGreaterThanAHundredth) {
     EXPECT_NEAR(capShown().y, 12 + 160 * (0.01 + 0.0101 * 0.68458), 1e-3);
     desktop.advance(Seconds(0.0901));
     EXPECT_DOUBLE_EQ(capShown().y, 160 * 0.0201 + 12);
-}
-
-TEST_F(FaderTest, FitsItsSlotIntoTheHeightButKeepsIt) {
-    EXPECT_EQ(element.body(100, 149).slider.trackHeight, 110);
-    EXPECT_EQ(element.body(100, 300).slider.trackHeight, 260);
-    EXPECT_EQ(element.body(100, 300).frame, (Rect{0, 0, 100, 300}));
-    element.body(141, 300).slider.updateNSView(*fader);
-    EXPECT_EQ(fader->trackHeight, 160);
-}
-
-TEST_F(FaderTest, TakesValuesOfKeysAndOfTheWheelButNotDuringADrag) {
-    fader->setValueByUser(faderValueAfter(FaderKey::up, 0.5, 0.0), false);
-    EXPECT_EQ(takeHeard(), "0.51 0.51 ");
-    fader->setValueByUser(faderValueAfterWheel(-60, 0.5), true);
-    EXPECT_EQ(takeHeard(), "0.49 0.49 ");
-    fader->setValueByUser(faderValueAfter(FaderKey::pageUp, 0.95, 0.0), true);
-    EXPECT_TRUE(fader->capLayer->isGliding(desktop.steady.now()));
-    EXPECT_EQ(takeHeard(), "1 1 ");
-    EXPECT_EQ(faderValueAfter(FaderKey::home, 0.5, 0.1), 0.1);
-    press(0);
-    fader->setValueByUser(0.2, false);
-    EXPECT_EQ(takeHeard(), "down 1 ");
-}
-
-TEST_F(FaderTest, BuildsNothingWithoutABackingLayer) {
-    FaderNSView bare(0.5, 0.0, accent, true, 160.0, desktop.steady);
-    bare.setupLayers();
-    bare.layout();
-    EXPECT_TRUE(bare.tickLayers.empty());
-    EXPECT_EQ(bare.capLayer->superlayer(), nullptr);
 }
 
 } // namespace noctra

@@ -1,6 +1,5 @@
 #include "panel/FilterControlView.h"
 
-#include <cmath>
 #include <memory>
 #include <string>
 #include <vector>
@@ -139,14 +138,6 @@ TEST_F(ControlPanel, AnyNumberOfChangesIsOneRender) {
     EXPECT_EQ(renders, 1);
 }
 
-TEST_F(ControlPanel, TwoPressesOfTheSwitchComeBackToWhereItStarted) {
-    view->powerSwitch().press(view->transaction);
-    EXPECT_TRUE(engine.isEnabled);
-    EXPECT_EQ(view->transaction.take(), NoctraSwitch::pressSpring);
-    view->powerSwitch().press(view->transaction);
-    EXPECT_FALSE(engine.isEnabled);
-}
-
 TEST_F(ControlPanel, TheSheetComesFreshEachTimeAndOutlivesItsClosingUntilItHasLeft) {
     EXPECT_EQ(view->settings(), nullptr);
     view->toggleSettings();
@@ -198,18 +189,6 @@ TEST_F(ControlPanel, OpeningItRenewsWhatIsKnownOfTheDisplays) {
     EXPECT_FALSE(view->statusRow().showsToggleRow());
     view = std::make_unique<FilterControlView>(services, [] {});
     EXPECT_TRUE(view->statusRow().showsToggleRow());
-}
-
-TEST(ControlStyles, ASpringThatOvershootsStaysWithinTheColours) {
-    const ButtonStyle off = NoctraSwitch::style(false);
-    const ButtonStyle on = NoctraSwitch::style(true);
-    EXPECT_EQ(mixed(off, on, 0.0), off);
-    EXPECT_NEAR(mixed(off, on, 0.5).background.top.red, 0.475, 1e-12);
-    const ButtonStyle beyond = mixed(off, on, 1.3);
-    EXPECT_NEAR(beyond.background.top.red, 0.995, 1e-12);
-    EXPECT_EQ(beyond.background.top.green, 0.0);
-    EXPECT_EQ(beyond.foreground, colors::white);
-    EXPECT_EQ(mixed(off, on, -0.5).shadow.radius, 0.0);
 }
 
 } // namespace noctra

@@ -182,11 +182,4 @@ TEST_F(PwmSafeRow, AnInvisibleWarningIgnoresThePointer) {
     EXPECT_EQ(desktop.cursor.pushes, 0);
 }
 
-TEST_F(PwmSafeRow, TheTooltipLiesTenPointsAboveTheWarningAtItsMeasuredHeight) {
-    PwmSafeStatusRow& shown = show();
-    EXPECT_EQ(shown.tooltipLift(), 122.0);
-    shown.setTooltipMeasuredHeight(96.0);
-    EXPECT_EQ(shown.tooltipLift(), 106.0);
-}
-
 } // namespace noctra

@@ -88,17 +88,6 @@ TEST_F(FaderItemTest, DrawsMarksOfWholePixels) {
     EXPECT_EQ(levels.size(), levels.count(major) + levels.count(minor) + levels.count(grey));
 }
 
-TEST_F(FaderItemTest, CastsTheCapsShadowDownwards) {
-    draw();
-    // The cap is at (44.5, 92) and 52 x 28 large; the shadow lies 4 points below it.
-    const auto expected = [](double x, double y) {
-        return grey * (1.0 - 0.6 * gaussianShare(x, 44.5, 96.5, 6) * gaussianShare(y, 88, 116, 6));
-    };
-    for (const auto& [x, y] : std::vector<QPointF>{{50.5, 88.5}, {55.5, 80.5}, {40.5, 100.5}})
-        EXPECT_TRUE(near(in(x, y), expected(x, y), 4)) << x << ", " << y;
-    EXPECT_LT(in(50.5, 85).red(), in(50.5, 126).red());
-}
-
 TEST_F(FaderItemTest, MovesTheCapWithoutPaintingItAndPaintsOnlyTheFillInADrag) {
     draw();
     const int backdrop = item.backdropItem().paintCount();
@@ -188,28 +177,6 @@ TEST_F(FaderItemTest, TakesTheWheelAndTheKeys) {
     item.setProperty("value", 0.4); // assistive technology
     source.desktop.settle();
     EXPECT_EQ(source.bound, 0.4);
-}
-
-TEST_F(FaderItemTest, GlidesFrameByFrameUnlessMotionIsReduced) {
-    draw();
-    const double start = item.capItem().y();
-    source.bound = 1.0;
-    render();
-    source.desktop.advance(Seconds(0.09));
-    const auto capRose = [&] {
-        return start - item.capItem().y();
-    };
-    ASSERT_TRUE(QTest::qWaitFor([&] { return capRose() > 0; }));
-    EXPECT_NEAR(capRose(), 80 * 0.6846, 1.0);
-    source.desktop.advance(Seconds(0.1));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return capRose() > 79; }));
-    EXPECT_NEAR(capRose(), 80, 0.5);
-
-    item.setAnimates(false);
-    source.bound = 0.5;
-    render();
-    draw();
-    EXPECT_NEAR(capRose(), 0, 1e-6);
 }
 
 TEST_F(FaderItemTest, KeepsItsViewUntilItHasAnotherSource) {

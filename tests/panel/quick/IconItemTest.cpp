@@ -48,14 +48,6 @@ TEST_F(IconItemTest, IsDrawnInTheMiddleOfItsRoomAndFollowsColourAndSize) {
     EXPECT_EQ(shot.pixelColor(7, 5), QColor(Qt::black));
 }
 
-TEST_F(IconItemTest, KeepsItsOwnColoursWithoutATint) {
-    item.setPath(iconPath("active"));
-    item.setSize({18.0, 18.0});
-    const QColor lit = window.grabWindow().pixelColor(3, 6);
-    EXPECT_GT(lit.red(), 200);
-    EXPECT_LT(lit.blue(), 100);
-}
-
 TEST_F(IconItemTest, IsNothingWithoutAFileThatCanBeDrawn) {
     const QSignalSpy changes(&item, &IconItem::availableChanged);
     item.setColor(Qt::white);

@@ -57,15 +57,6 @@ TEST_F(BoxItemTest, RunsFromItsTopColourToItsBottomColour) {
     EXPECT_TRUE(near(shot.pixelColor(last + 1, row), grey));
 }
 
-TEST_F(BoxItemTest, RoundsItsCornersUpToACircle) {
-    box.setSize({40.0, 40.0});
-    set("radius", 20.0);
-    draw();
-    EXPECT_TRUE(near(at(34.5, 42.5), grey));
-    EXPECT_TRUE(near(at(53, 42), 195, 0, 0, 5));
-    EXPECT_TRUE(near(at(53, 61), 150, 0, 0, 3));
-}
-
 TEST_F(BoxItemTest, DrawsItsBorderInsideOrOnItsEdge) {
     set("borderWidth", 4.0);
     set("borderTopColor", QColor(0, 0, 255));

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "panel/CubicBezier.h"
+#include "tests/panel/window/Colours.h"
 #include "tests/panel/window/DampedOscillator.h"
 #include "tests/panel/window/PanelScene.h"
-#include "tests/panel/window/PixelRuler.h"
 
 namespace noctra {
 
@@ -153,72 +153,6 @@ TEST_F(PanelBindings, NothingMovesUnderReducedMotion) {
     EXPECT_LE(distance(at(254, qRound(row.center().y())), colors::systemRed), 2.0);
     click("close");
     EXPECT_EQ(find("settings"), nullptr);
-}
-
-TEST_F(PanelBindings, ExtremeDimLowersTheLowerEndOfTheBrightnessFader) {
-    engine.allowExtremeDim = true;
-    open();
-    const QPoint start = box("BRIGHTNESS").center().toPoint();
-    press(start);
-    move(start + QPoint(0, 400));
-    release(start + QPoint(0, 400));
-    EXPECT_EQ(engine.brightness, 0.0);
-    EXPECT_EQ(readout("brightnessReadout"), "0%");
-    EXPECT_NEAR(cap("BRIGHTNESS"), 0.0, pixel);
-    engine.allowExtremeDim = false;
-    settle();
-    EXPECT_EQ(engine.brightness, 0.1);
-    EXPECT_NEAR(cap("BRIGHTNESS"), 0.0, pixel) << "it glides";
-    advance(Seconds(0.2));
-    EXPECT_NEAR(cap("BRIGHTNESS"), 0.1, pixel);
-    press(start);
-    move(start + QPoint(0, 400));
-    EXPECT_EQ(engine.brightness, 0.1);
-    release(start);
-}
-
-TEST_F(PanelBindings, ADragPassesThePresetsByAndTheOneItEndsOnLightsUp) {
-    engine.intensity = 0.0;
-    open();
-    const QPoint start = box("WARMTH").center().toPoint();
-    const int up = qRound(0.385 * slot());
-    const QPoint day = start - QPoint(0, up);
-    press(start);
-    move(day);
-    advance(Seconds(0.5));
-    EXPECT_NEAR(engine.intensity, up / slot(), 1e-9);
-    EXPECT_LE(distance(preset("DAY"), Color::grey(0.1)), 2.0);
-    release(day);
-    advance(Seconds(0.5));
-    EXPECT_LE(distance(preset("DAY"), Color::grey(0.225)), 2.0);
-}
-
-TEST_F(PanelBindings, TheTooltipAndTheBarsColoursEaseInAndOut) {
-    setBacklight(0.1F);
-    open();
-    const QRectF warning = box("pwmSafeWarning");
-    move(warning.center().toPoint());
-    desktop.advance(Seconds(0.5));
-    advance(Seconds(0.06));
-    const double share = timing::easeInOut(0.06 / 0.18);
-    EXPECT_NEAR(item("pwmSafeTooltip").opacity(), share, 0.01);
-    EXPECT_NEAR(box("pwmSafeTooltip").bottom(), warning.top() - 10 + 4 * (1 - share), 0.05);
-    move({3, 200});
-    advance(Seconds(0.5));
-    EXPECT_EQ(find("pwmSafeTooltip"), nullptr);
-
-    setControllable(true);
-    settle();
-    const QPoint outline(160, qRound(box("pwmSafeBar").top()));
-    const Color fill = over(Color::grey(0.1), colors::black.withAlpha(0.45));
-    click("pwmSafeBar");
-    move({3, 200});
-    advance(Seconds(0.05));
-    const double way = timing::easeInOut(0.05 / 0.15);
-    const Color yellow = colors::systemYellow;
-    const Color mixed{1.0, 1.0 + (yellow.green - 1.0) * way, 1.0 + (yellow.blue - 1.0) * way,
-                      0.08 + 0.32 * way};
-    EXPECT_LE(distance(at(outline.x(), outline.y()), over(fill, mixed)), 3.0);
 }
 
 } // namespace noctra

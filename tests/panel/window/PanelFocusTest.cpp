@@ -4,6 +4,7 @@
 #include <vector>
 
 #include <QtCore/QPointer>
+#include <QtTest/QTest>
 
 #include "tests/panel/window/PanelScene.h"
 
@@ -68,6 +69,24 @@ TEST_F(PanelFocus, StaysWithinTheSheetAndComesBackToTheGear) {
         advance(Seconds(2));
         EXPECT_EQ(focused(), "gear");
     }
+}
+
+TEST_F(PanelFocus, FollowsASheetThatIsTurnedRoundOnItsWay) {
+    open();
+    focus("gear");
+    key(Qt::Key_Return);
+    advance(Seconds(0.1));
+    key(Qt::Key_Escape);
+    EXPECT_EQ(focused(), "gear");
+    key(Qt::Key_Return);
+    EXPECT_EQ(focused(), "close") << "opened again before it has left";
+    key(Qt::Key_Escape);
+    advance(Seconds(2));
+    QTest::keyClick(window(), Qt::Key_Space); // both are found in one turn
+    QTest::keyClick(window(), Qt::Key_Space);
+    settle();
+    key(Qt::Key_Tab);
+    EXPECT_EQ(focused(), "WARMTH") << "opened and closed at once";
 }
 
 TEST_F(PanelFocus, SpaceAndReturnPressWhatHasTheFocus) {

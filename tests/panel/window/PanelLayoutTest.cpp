@@ -1,107 +1,217 @@
-// What the panel's bands look like.
+// Where the panel's parts are, in points, and what colours they have, at the scale factor of the
+// environment. How boxes, faders and texts are drawn is in tests/panel/quick.
 
-#include "tests/panel/window/PanelLayout.h"
+#include <vector>
+
+#include <QtGui/QFontMetricsF>
+
+#include "tests/panel/window/Colours.h"
+#include "tests/panel/window/PanelScene.h"
 
 namespace noctra {
 
-TEST_F(PanelLayout, TheBandsHaveTheirHeightsColoursAndBevels) {
-    open();
-    const PixelRuler ruler = measure();
-    const QImage picture = grab();
-    EXPECT_EQ(picture.size(), QSize(ruler.edge(320), ruler.edge(540)));
-    const double footer = footerTop(2.0 * monospacedLine());
-    EXPECT_TRUE(ruler.column(5,
-                             {{0, lit},
-                              {1, grey},
-                              {53, over(grey, colors::black.withAlpha(0.8))},
-                              {54, deep}, // and the footer's upper line, black 50%, is as dark
-                              {footer + 1, grey},
-                              {539, lit}},
-                             540));
-    for (const double y : {0.5, 20.0, 40.0, 539.5})
-        EXPECT_TRUE(ruler.row(y, {{0, y < 1 || y > 539 ? lit : grey}}, 20)) << y;
+namespace {
 
-    const Color groove = colors::black;
-    EXPECT_TRUE(ruler.row(footer - 60,
-                          {{154, deep},
-                           {159, groove},
-                           {160, over(groove, colors::white.withAlpha(0.05))},
-                           {161, over(deep, colors::white.withAlpha(0.05))},
-                           {162, deep}},
-                          166));
-    EXPECT_TRUE(ruler.column(159.9, {{60, deep}, {98, groove}, {footer - 44, deep}}, footer - 5));
-}
+constexpr Color deep = Color::grey(0.05);
+constexpr Color grey = Color::grey(0.1);
+const Color lit = over(grey, colors::white.withAlpha(0.05));
 
-TEST_F(PanelLayout, TheHeaderHasItsTitleAndItsGear) {
-    open();
-    const PixelRuler ruler = measure();
-    const Color faint = over(grey, colors::white.withAlpha(0.3));
-    const QRectF title = ruler.ink({10, 5, 200, 44}, grey, faint);
-    EXPECT_NEAR(title.left(), 24.5, 1.0);
-    EXPECT_NEAR(title.center().y(), 27.0, 1.0);
-    QFont titleFont = brand(11);
-    titleFont.setLetterSpacing(QFont::AbsoluteSpacing, 1.5);
-    const QRectF tight = QFontMetricsF(titleFont).tightBoundingRect("NOCTRA");
-    EXPECT_NEAR(title.width(), tight.width() - 1.5, 2.6) << "that one is of whole points";
-    EXPECT_NEAR(title.height(), QFontMetricsF(titleFont).capHeight(), 1.2);
-    EXPECT_TRUE(ruler.shows(287, 23, faint)) << "the gear";
-    const QRectF gear = ruler.ink({240, 5, 75, 44}, grey, faint);
-    EXPECT_NEAR(gear.right(), 295.5, 1.1);
-    EXPECT_NEAR(gear.center().y(), 27.0, 0.6);
-    EXPECT_NEAR(gear.width(), 15.0, 1.1);
-}
+struct Place {
+    const char* name; ///< or the text
+    QRectF box;
+};
 
-TEST_F(PanelLayout, TheFaderColumnsHaveTheirLabelsMarksAndReadouts) {
-    engine.intensity = 0.0;
-    engine.brightness = 0.5;
-    open();
-    const PixelRuler ruler = measure();
-    const double bottom = footerTop(2.0 * monospacedLine()) - 24.0;
-    const Color mark = over(deep, colors::white.withAlpha(0.4));
-    struct Column {
-        double left;
-        Color color;
-        double field;
-    };
-    for (const auto& [left, color, field] :
-         std::vector<Column>{{16, {1, 0, 0}, 84}, {163, colors::white, 64}}) {
-        SCOPED_TRACE(left);
-        const double middle = left + 70.5;
-        const QFontMetricsF metrics(brand(14));
-        const QRectF label = ruler.ink({left, 56, 140, 45}, deep, color);
-        EXPECT_NEAR(label.center().x(), middle, 1.0);
-        EXPECT_NEAR(label.bottom(), 76.0 + metrics.ascent(), 1.0) << "2 points above its place";
-        EXPECT_NEAR(label.height(), metrics.capHeight(), 1.2);
+struct Sample {
+    const char* what;
+    double x, y;
+    Color color;
+    double error = 1.6;
+};
 
-        // The slot ends 20 points above the lower edge of the view, 16 above the field.
-        const double zero = bottom - 24 - 16 - 20;
-        EXPECT_TRUE(
-            ruler.row(zero, {{left + 1, deep}, {left + 8, mark}, {left + 28, deep}}, left + 38));
-        EXPECT_TRUE(ruler.row(zero, {{left + 103, deep}, {left + 113, mark}, {left + 133, deep}},
-                              left + 140));
-        EXPECT_TRUE(ruler.column(left + 12, {{zero - 8, deep}, {zero - 1, mark}, {zero + 1, deep}},
-                                 zero + 10));
-        const double top = 78.0 + std::ceil(metrics.height()) + 16.0 + 20.0;
-        EXPECT_TRUE(
-            ruler.column(left + 12, {{top - 8, deep}, {top - 1, mark}, {top + 1, deep}}, top + 5));
-        if (left < 20)
-            EXPECT_TRUE(ruler.shows(middle, zero - 100, Color::grey(0.12))) << "an empty slot";
-        else
-            EXPECT_TRUE(ruler.shows(middle, zero - 20,
-                                    over(Color::grey(0.12), colors::white.withAlpha(0.1))));
-
-        const Color outline = colors::white.withAlpha(0.1);
-        const PixelRuler::Stroke stroke{deep, over(deep, outline), over(colors::black, outline),
-                                        colors::black};
-        const double first = middle - field / 2;
-        EXPECT_TRUE(ruler.column(first + 5, ruler.box(bottom - 24, bottom, stroke), bottom + 5));
-        const std::vector<Step> across = ruler.box(first, first + field, stroke);
-        const auto inside = across.begin() + (across.size() > 5 ? 4 : 3);
-        EXPECT_TRUE(ruler.row(bottom - 7, {across.begin(), inside}, first + 6));
-        std::vector<Step> end(inside - 1, across.end());
-        end[0].start = first + field - 6;
-        EXPECT_TRUE(ruler.row(bottom - 7, end, first + field + 3));
+struct PanelLayout : PanelScene {
+    static double lineOf(const std::string& family, int size, int weight) {
+        QFont font(QString::fromStdString(family));
+        font.setPixelSize(size);
+        font.setHintingPreference(QFont::PreferNoHinting); // as the scene measures
+        font.setWeight(static_cast<QFont::Weight>(weight));
+        return std::ceil(QFontMetricsF(font).height());
     }
+    double bold = 0;    ///< the heights of lines
+    double regular = 0; ///< of the tooltip's
+    double preset = 0;  ///< the height of a button
+
+    PanelLayout() {
+        bold = lineOf(fonts.fixedFamily(), 10, 700);
+        regular = lineOf(fonts.fixedFamily(), 10, 400);
+        preset = lineOf(fonts.find("Anybody-Bold")->family, 10, 700) + 20;
+    }
+    /// The footer's place where the status row is `row` points high.
+    [[nodiscard]] double footerTop(double row) const {
+        return 540.0 - (20.0 + row + 16.0 + preset + 16.0 + 54.0 + 20.0);
+    }
+    static const QQuickItem* textItem(const QQuickItem* parent, const QString& text) {
+        if (!parent->isVisible())
+            return nullptr;
+        if (parent->property("text").toString() == text)
+            return parent;
+        for (const QQuickItem* child : parent->childItems())
+            if (const QQuickItem* found = textItem(child, text))
+                return found;
+        return nullptr;
+    }
+    static QRectF place(const char* name) {
+        if (find(name) != nullptr)
+            return box(name);
+        const QQuickItem* text = textItem(window()->contentItem(), name);
+        return text == nullptr ? QRectF()
+                               : text->mapRectToScene({0, 0, text->width(), text->height()});
+    }
+    static void expectPlaces(const std::vector<Place>& places) {
+        for (const auto& [name, expected] : places) {
+            const QRectF found = place(name);
+            EXPECT_NEAR(found.x(), expected.x(), 0.01) << name;
+            EXPECT_NEAR(found.y(), expected.y(), 0.01) << name;
+            EXPECT_NEAR(found.width(), expected.width(), 0.01) << name;
+            EXPECT_NEAR(found.height(), expected.height(), 0.01) << name;
+        }
+    }
+    static void expectColors(const std::vector<Sample>& samples) {
+        const QImage picture = grab();
+        const double scale = window()->effectiveDevicePixelRatio();
+        EXPECT_EQ(picture.size(), QSize(qRound(320 * scale), qRound(540 * scale)));
+        for (const auto& [what, x, y, color, error] : samples) {
+            const QColor found =
+                picture.pixelColor(static_cast<int>(x * scale), static_cast<int>(y * scale));
+            EXPECT_LE(distance(found, color), error) << what << ": " << found.name().toStdString();
+        }
+    }
+};
+
+Color between(const Color& from, const Color& to, double share) {
+    return over(from, to.withAlpha(share));
+}
+
+} // namespace
+
+TEST_F(PanelLayout, TheMainPanelHasItsPartsInTheirPlacesAndColours) {
+    engine.intensity = 1.0 - 2700.0 / 6500.0;
+    engine.isEnabled = true;
+    setControllable(true);
+    open();
+    const double row = bold + 18;
+    const double footer = footerTop(row);
+    const double field = footer - 48; // of the readouts
+    const double label = lineOf(fonts.find("Anybody-ExtraBold")->family, 14, 800);
+    const double fader = 78 + label + 16;
+    const double buttons = footer + 20 + row + 16;
+    const double width = (272.0 - 24.0) / 3.0;
+    const QRectF title = place("NOCTRA");
+    EXPECT_EQ(title.x(), 24);
+    EXPECT_NEAR(title.center().y(), 27, 0.51);
+    const QRectF warmth = textItem(window()->contentItem(), "WARMTH")->mapRectToScene({0, 0, 1, 1});
+    EXPECT_EQ(warmth.y(), 76) << "2 points above its place";
+    expectPlaces({{"gear", {280, 19, 16, 16}},
+                  {"WARMTH", {16, fader, 141, field - 16 - fader}},
+                  {"BRIGHTNESS", {163, fader, 141, field - 16 - fader}},
+                  {"2,700K", {86.5 - 42, field, 84, 24}},
+                  {"100%", {233.5 - 32, field, 64, 24}},
+                  {"pwmSafeBar", {24, footer + 15, 272, row}},
+                  {"DAY", {24, buttons, width, preset}},
+                  {"EVENING", {36 + width, buttons, width, preset}},
+                  {"NIGHT", {48 + 2 * width, buttons, width, preset}},
+                  {"power", {24, 466, 272, 54}}});
+
+    const double middle = buttons + preset / 2;
+    const double zero = field - 16 - 20; // of the faders
+    const Color slot = Color::grey(0.12);
+    const Color bar = over(grey, colors::black.withAlpha(0.45));
+    const Color active = between(Color::grey(0.25), Color::grey(0.2), 0.5);
+    expectColors(
+        {{"header's upper line", 5, 0.5, lit},
+         {"header", 5, 20, grey},
+         {"header's lower line", 5, 53.5, over(grey, colors::black.withAlpha(0.8))},
+         {"ground", 5, 60, deep},
+         {"footer's upper line", 5, footer + 0.5, deep},
+         {"footer", 5, footer + 4, grey},
+         {"footer's lower line", 5, 539.5, lit},
+         {"groove", 159.5, footer - 60, colors::black},
+         {"beside it", 161.5, footer - 60, over(deep, colors::white.withAlpha(0.05))},
+         {"warmth", 86.5, zero - 20, over(slot, Color{1, 0, 0}.withAlpha(0.8))},
+         {"brightness", 233.5, zero - 20, over(slot, colors::white.withAlpha(0.8))},
+         {"readout", 86.5 - 38, field + 12, colors::black},
+         {"beside it", 86.5 - 46, field + 12, deep},
+         {"bar", 130, footer + 15 + 4, bar},
+         {"its outline", 160, footer + 15.25, over(bar, colors::white.withAlpha(0.08))},
+         {"its dot", 38, footer + 15 + row / 2, over(bar, colors::white.withAlpha(0.25)), 4},
+         {"active preset", 42 + width, middle, active, 2.1},
+         {"inactive preset", 30, middle, grey, 2.1},
+         {"switch's upper line", 100, 466.5, {0.86, 0.3, 0.3}, 6},
+         {"switch", 40, 493, {0.7, 0, 0}, 2.1},
+         {"switch, low", 40, 517, between({0.8, 0, 0}, {0.6, 0, 0}, 51.25 / 54), 2.1},
+         {"its glow", 14.5, 493.5, over(grey, colors::systemRed.withAlpha(0.4 * 0.171)), 4}});
+    for (const bool locked : {false, true}) {
+        locked ? advance(Seconds(1)) : click("pwmSafeBar");
+        move({3, 200});
+        advance(Seconds(0.3));
+        const Color signal = locked ? Color{0, 1, 0.4} : colors::systemYellow;
+        expectColors({{"outline", 160, footer + 15.25, over(bar, signal.withAlpha(0.4))},
+                      {"dot", 38, footer + 15 + row / 2, signal}});
+    }
+    engine.isEnabled = false;
+    advance(Seconds(1));
+    expectColors({{"switch, off", 40, 493, Color::grey(0.125), 2.1},
+                  {"fader, off", 233.5, zero - 20, over(slot, colors::white.withAlpha(0.1))}});
+}
+
+TEST_F(PanelLayout, TheSheetHasItsHeaderAndItsRows) {
+    engine.isEnabled = true;
+    open();
+    openSheet();
+    const double line = lineOf(fonts.systemFamily(), 11, 700);
+    const double header = line + 32;
+    const double first = header + 16;
+    const double copy = first + 2 * 55;
+    const double stop = copy + std::max(line, 14.0) + 33;
+    expectPlaces({{"settings", {0, 0, 320, 540}},
+                  {"LAUNCH AT LOGIN", {16, first, 288, 54}},
+                  {"ALLOW EXTREME DIM", {16, first + 55, 288, 54}},
+                  {"copy", {16, copy, 288, stop - 1 - copy}}});
+    EXPECT_EQ(box("close").right(), 304);
+    EXPECT_NEAR(box("close").center().y(), header / 2, 0.51);
+    EXPECT_EQ(box("stop").top(), stop);
+    EXPECT_NEAR(box("stop").center().x(), 160, 0.51);
+
+    const Color row = Color::grey(0.15);
+    expectColors({{"header", 2, 2, Color::grey(0.12)},
+                  {"ground", 8, first + 10, deep},
+                  {"row's upper line", 18, first + 0.5, over(row, colors::white.withAlpha(0.05))},
+                  {"row", 18, first + 20, row},
+                  {"row's lower line", 18, first + 53.5, over(row, colors::black.withAlpha(0.6))},
+                  {"between rows", 18, first + 54.5, deep},
+                  {"copy", 18, copy + 6, row},
+                  {"beside the stop", 20, stop + 6, deep},
+                  {"stop", 160, stop + 4, row},
+                  {"main panel beneath", 40, 493, over({0.7, 0, 0}, deep.withAlpha(0.98))}});
+}
+
+TEST_F(PanelLayout, AWarningHasItsTooltipAboveIt) {
+    setBacklight(0.1F);
+    open();
+    const double warning = footerTop(2 * bold) + 15;
+    move({160, qRound(warning) + 5});
+    advance(Seconds(1));
+    const double height = 36 + 4 * regular + 9;
+    const double top = warning - 10 - height;
+    expectPlaces({{"pwmSafeWarning", {24, warning, 272, 2 * bold}},
+                  {"pwmSafeTooltip", {30, top, 260, height}}});
+    expectColors({{"its upper band", 36, top + 2, colors::systemYellow},
+                  {"within", 36, top + 8, colors::black},
+                  {"its outline", 30.42, top + 30,
+                   over(colors::black, colors::systemYellow.withAlpha(0.35))}});
+    const double scale = window()->effectiveDevicePixelRatio();
+    const QColor glow = grab().pixelColor(static_cast<int>(22 * scale),
+                                          static_cast<int>((top + height / 2) * scale));
+    EXPECT_GT(glow.red(), glow.blue() + 4) << "the yellow shadow";
 }
 
 TEST_F(PanelLayout, ScrolledItLooksAsItDoesInFull) {

@@ -1,10 +1,8 @@
 // Where the controls can be clicked, and what the pointer does to them.
 
-#include <functional>
 #include <vector>
 
 #include "tests/panel/window/PanelScene.h"
-#include "tests/panel/window/PixelRuler.h"
 
 namespace noctra {
 
@@ -141,21 +139,6 @@ TEST_F(PanelPointer, TheWarningsTooltipStaysOpenUnderThePointerAndLetsNothingThr
     move({160, 100});
     advance(Seconds(0.5));
     EXPECT_EQ(find("pwmSafeTooltip"), nullptr);
-}
-
-TEST_F(PanelPointer, AHiddenWarningDoesNotReact) {
-    open();
-    move(box("pwmSafeWarning").center().toPoint());
-    advance(Seconds(1));
-    EXPECT_EQ(desktop.cursor.pushes, 0);
-    EXPECT_EQ(find("pwmSafeTooltip"), nullptr);
-    setBacklight(0.1F);
-    advance(Seconds(0.1));
-    move(box("pwmSafeWarning").center().toPoint() + QPoint(3, 0));
-    EXPECT_EQ(desktop.cursor.depth, 1);
-    setBacklight(1.0F);
-    settle();
-    EXPECT_EQ(desktop.cursor.depth, 0);
 }
 
 } // namespace noctra

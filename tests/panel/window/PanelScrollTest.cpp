@@ -137,29 +137,6 @@ TEST_F(PanelScroll, TheWheelMovesAFaderOnlyWhereItWasTurnedOverIt) {
     EXPECT_DOUBLE_EQ(engine.intensity, 0.5);
 }
 
-TEST_F(PanelScroll, AMouseThatIsDraggedMovesFadersAndDoesNotScroll) {
-    engine.intensity = 0.5;
-    open(shortest);
-    turn(ground, -2);
-    advance(Seconds(1));
-    const QPoint start = center("WARMTH");
-    press(start);
-    move(start + QPoint(0, 30));
-    move(start - QPoint(0, 40));
-    EXPECT_NEAR(engine.intensity, 0.5 + 40.0 / slot(), 1e-9);
-    release(start - QPoint(0, 40));
-    for (const QPoint& from : {ground, center("EVENING")}) {
-        press(from);
-        move(from - QPoint(0, 50));
-        move(from - QPoint(0, 90));
-        release(from - QPoint(0, 90));
-    }
-    advance(Seconds(1));
-    EXPECT_EQ(scrolled(), 96.0);
-    EXPECT_NEAR(engine.intensity, 0.5 + 40.0 / slot(), 1e-9);
-    EXPECT_FALSE(engine.isEnabled);
-}
-
 TEST_F(PanelScroll, AFingerScrollsMovesFadersAndPressesButtons) {
     engine.intensity = 0.5;
     for (const int height : {540, 400}) {

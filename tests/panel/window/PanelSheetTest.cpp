@@ -4,8 +4,6 @@
 
 #include <QtCore/QPointer>
 
-#include "foundation/Color.h"
-#include "panel/CubicBezier.h"
 #include "tests/panel/window/DampedOscillator.h"
 #include "tests/panel/window/PanelScene.h"
 
@@ -18,7 +16,6 @@ struct PanelSheet : PanelScene {
 
     /// How far the sheet is below its place, as a share of the panel's height.
     [[nodiscard]] static double below() { return box("settings").y() / 540.0; }
-    [[nodiscard]] static QString copyTitle() { return item("copy").property("name").toString(); }
 };
 
 } // namespace
@@ -65,49 +62,6 @@ TEST_F(PanelSheet, TurnsRoundOnTheWayWithItsSpeed) {
     EXPECT_EQ(below(), 0.0);
 }
 
-TEST_F(PanelSheet, ForgetsTheConfirmationOfACopyAtEachOpening) {
-    open();
-    openSheet();
-    EXPECT_EQ(copyTitle(), "COPY DIAGNOSTICS");
-    click("copy");
-    EXPECT_EQ(copyTitle(), "COPIED DIAGNOSTICS");
-    EXPECT_EQ(desktop.clipboard.text, "the log");
-    click("close");
-    advance(Seconds(0.1));
-    EXPECT_EQ(copyTitle(), "COPIED DIAGNOSTICS") << "it is still the same sheet";
-    key(Qt::Key_Return);
-    EXPECT_EQ(copyTitle(), "COPY DIAGNOSTICS");
-    advance(Seconds(0.6));
-    click("copy");
-    advance(Seconds(1.4)); // the first copy's end comes to nothing
-    EXPECT_EQ(copyTitle(), "COPIED DIAGNOSTICS");
-    advance(Seconds(0.1));
-    EXPECT_EQ(copyTitle(), "COPY DIAGNOSTICS");
-}
-
-TEST_F(PanelSheet, TheConfirmationsColourEasesInAndOut) {
-    open();
-    openSheet();
-    const Color green = colors::systemGreen;
-    const auto red = [] {
-        for (const QQuickItem* child : item("copy").childItems())
-            if (child->property("text").isValid())
-                return child->property("color").value<QColor>().redF();
-        return -1.0F;
-    };
-    click("copy");
-    for (const double time : {0.05, 0.1, 0.15}) {
-        advance(Seconds(0.05));
-        const double way = timing::easeInOut(time / 0.2);
-        EXPECT_NEAR(red(), 1.0 + (green.red - 1.0) * way, 0.005) << time;
-    }
-    advance(Seconds(1.35));
-    EXPECT_EQ(copyTitle(), "COPY DIAGNOSTICS");
-    EXPECT_NEAR(red(), green.red, 0.005);
-    advance(Seconds(0.2));
-    EXPECT_EQ(red(), 1.0F);
-}
-
 TEST_F(PanelSheet, LetsNothingThroughToThePointer) {
     setBacklight(0.1F);
     engine.intensity = 0.5;
@@ -152,20 +106,6 @@ TEST_F(PanelSheet, TakesTheHoverAwayFromWhatItCovers) {
     advance(Seconds(1));
     move(box("pwmSafeWarning").center().toPoint() + QPoint(4, 0));
     EXPECT_EQ(desktop.cursor.depth, 1);
-}
-
-TEST_F(PanelSheet, SwitchesWhatTheEngineKeeps) {
-    open();
-    openSheet();
-    click("LAUNCH AT LOGIN");
-    EXPECT_TRUE(engine.startAtLogin);
-    click(box("ALLOW EXTREME DIM").topLeft().toPoint() + QPoint(2, 2));
-    EXPECT_TRUE(engine.allowExtremeDim);
-    engine.allowExtremeDim = false;
-    settle();
-    EXPECT_FALSE(item("ALLOW EXTREME DIM").property("isOn").toBool());
-    click("stop");
-    EXPECT_EQ(desktop.application.terminatedWith, 0);
 }
 
 } // namespace noctra
