@@ -9,85 +9,41 @@ namespace noctra {
 
 namespace {
 
-/// A settings manager's property.
-class Property {
-public:
-    explicit Property(bool bigEndian) : bigEndian_(bigEndian) { number(bigEndian ? 1 : 0, 1, 4); }
+using namespace std::string_literals;
 
-    Property& header(std::uint32_t count) {
-        number(7, 4, 4); // serial number
-        return number(count, 4, 4);
-    }
-    Property& integer(const std::string& name, std::uint32_t value) {
-        return setting(0, name).number(value, 4, 4);
-    }
-    Property& string(const std::string& name, const std::string& value) {
-        return setting(1, name).number(static_cast<std::uint32_t>(value.size()), 4, 4).text(value);
-    }
-    Property& color(const std::string& name) {
-        return setting(2, name).number(1, 4, 4).number(2, 4, 4);
-    }
-    Property& setting(std::uint32_t type, const std::string& name) {
-        number(type, 1, 2);
-        number(static_cast<std::uint32_t>(name.size()), 2, 2);
-        return text(name).number(3, 4, 4); // last change
-    }
-    Property& number(std::uint32_t value, int size, int room) {
-        for (int i = 0; i < size; ++i)
-            bytes.push_back(
-                static_cast<std::byte>(value >> (8 * (bigEndian_ ? size - 1 - i : i)) & 0xFF));
-        bytes.resize(bytes.size() + static_cast<std::size_t>(room - size));
-        return *this;
-    }
-
+std::vector<std::byte> bytesOf(const std::string& text) {
     std::vector<std::byte> bytes;
+    for (const char letter : text)
+        bytes.push_back(static_cast<std::byte>(letter));
+    return bytes;
+}
 
-private:
-    Property& text(const std::string& text) {
-        for (const char letter : text)
-            bytes.push_back(static_cast<std::byte>(letter));
-        bytes.resize((bytes.size() + 3) / 4 * 4);
-        return *this;
-    }
-
-    const bool bigEndian_;
-};
-
+// The byte order, a serial number and the count; then of each setting its type, the length of its
+// name, the name, a serial number and the value. Names and texts are filled up to four bytes.
+const std::string littleEndian = "\0\0\0\0\7\0\0\0\4\0\0\0"
+                                 "\1\0\5\0Theme\0\0\0\3\0\0\0\3\0\0\0odd\0"
+                                 "\2\0\4\0Ring\3\0\0\0\1\0\2\0\3\0\4\0"
+                                 "\0\0\12\0Gtk/Enable\0\0\3\0\0\0\5\0\0\0"
+                                 "\0\0\24\0Gtk/EnableAnimations\3\0\0\0\xFE\xFF\xFF\xFF"s;
+const std::string bigEndian = "\1\0\0\0\0\0\0\7\0\0\0\4"
+                              "\1\0\0\5Theme\0\0\0\0\0\0\3\0\0\0\3odd\0"
+                              "\2\0\0\4Ring\0\0\0\3\0\1\0\2\0\3\0\4"
+                              "\0\0\0\12Gtk/Enable\0\0\0\0\0\3\0\0\0\5"
+                              "\0\0\0\24Gtk/EnableAnimations\0\0\0\3\xFF\xFF\xFF\xFE"s;
 constexpr const char* wanted = "Gtk/EnableAnimations";
 
 } // namespace
 
 TEST(XSettings, AnIntegerIsFoundBehindSettingsOfAllKindsInBothByteOrders) {
-    for (const bool bigEndian : {false, true}) {
-        Property property(bigEndian);
-        property.header(4)
-            .string("Net/ThemeName", "odd")
-            .color("Some/Color")
-            .integer("Gtk/Enable", 5)
-            .integer(wanted, 0xFFFFFFFE);
-        EXPECT_EQ(xsettingsInteger(property.bytes, wanted), -2);
-        EXPECT_EQ(xsettingsInteger(property.bytes, "Gtk/Enable"), 5);
-        EXPECT_EQ(xsettingsInteger(property.bytes, "Net/ThemeName"), std::nullopt);
-        EXPECT_EQ(xsettingsInteger(property.bytes, "Gtk"), std::nullopt);
-
-        // Cut short anywhere, there is no such setting, and nothing beyond the end is read.
-        for (std::size_t size = 0; size < property.bytes.size(); ++size) {
-            const std::vector<std::byte> part(property.bytes.begin(),
-                                              property.bytes.begin() + static_cast<long>(size));
-            EXPECT_EQ(xsettingsInteger(part, wanted), std::nullopt) << size;
-        }
+    for (const std::string& property : {littleEndian, bigEndian}) {
+        const std::vector<std::byte> bytes = bytesOf(property);
+        EXPECT_EQ(xsettingsInteger(bytes, wanted), -2);
+        EXPECT_EQ(xsettingsInteger(bytes, "Gtk/Enable"), 5);
+        EXPECT_EQ(xsettingsInteger(bytes, "Theme"), std::nullopt);
+        EXPECT_EQ(xsettingsInteger(bytes, "Gtk"), std::nullopt);
+        EXPECT_EQ(xsettingsInteger(bytesOf(property.substr(0, property.size() - 1)), wanted),
+                  std::nullopt);
     }
-}
-
-TEST(XSettings, BytesThatMakeNoSenseHoldNoSetting) {
-    Property kind(false);
-    kind.header(2).setting(9, "What/Is").integer(wanted, 0);
-    Property length(false);
-    length.header(2).setting(1, "Too/Long").number(0xFFFFFFFF, 4, 4).integer(wanted, 0);
-    Property count(false);
-    count.header(0xFFFFFFFF).integer("Other", 1);
-    for (const Property& property : {kind, length, count})
-        EXPECT_EQ(xsettingsInteger(property.bytes, wanted), std::nullopt);
 }
 
 } // namespace noctra

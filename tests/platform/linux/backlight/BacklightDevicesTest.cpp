@@ -33,12 +33,6 @@ TEST(BacklightDevices, FirmwareComesBeforePlatformBeforeRawAndEqualsByName) {
     EXPECT_EQ(namesIn(folder), (std::vector<std::string>{"c", "f", "b", "e", "a", "d"}));
 }
 
-TEST(BacklightDevices, NoClassFolderMeansNoDevice) {
-    const BacklightFolder folder;
-    EXPECT_TRUE(listBacklightDevices(folder.path()).empty());
-    EXPECT_TRUE(listBacklightDevices(folder.path() + "/none").empty());
-}
-
 struct Reading {
     const char* text;
     std::optional<unsigned int> value;
@@ -75,32 +69,6 @@ TEST(BacklightDevices, OnlyAPlainNumberUpToTheMaximumIsAValue) {
               std::nullopt);
     folder.remove("panel");
     EXPECT_EQ(readBacklight(whole), std::nullopt);
-}
-
-TEST(BacklightDevices, ADeviceWithoutAPlainPositiveMaximumIsLeftOut) {
-    BacklightFolder folder;
-    folder.add("panel", {.value = "0\n"});
-    for (const auto& [text, value] : readings) {
-        folder.write("panel", "max_brightness", text);
-        const auto devices = listBacklightDevices(folder.path());
-        ASSERT_EQ(devices.size(), value.value_or(0) > 0 ? 1 : 0) << text;
-        if (!devices.empty()) {
-            EXPECT_EQ(devices[0].maximum, value) << text;
-        }
-    }
-}
-
-TEST(BacklightDevices, ADeviceThatLacksAFileIsLeftOut) {
-    for (const char* file : {"type", "max_brightness", "actual_brightness"}) {
-        BacklightFolder folder;
-        folder.add("broken", {.type = "firmware\n"});
-        folder.add("whole", {});
-        std::filesystem::remove(std::filesystem::path(folder.path()) / "broken" / file);
-        EXPECT_EQ(namesIn(folder), std::vector<std::string>{"whole"}) << file;
-        // And so is one that has something else in the file's place.
-        std::filesystem::create_directory(std::filesystem::path(folder.path()) / "broken" / file);
-        EXPECT_EQ(namesIn(folder), std::vector<std::string>{"whole"}) << file;
-    }
 }
 
 } // namespace

@@ -14,25 +14,6 @@ namespace {
 
 using test::BacklightFolder;
 
-TEST(SysfsBacklight, EachReadingSaysWhatTheHardwareSaysNow) {
-    BacklightFolder folder;
-    folder.add("panel", {.maximum = "19200\n", .value = "19200\n"});
-    SysfsBacklight backlight(folder.path());
-    EXPECT_EQ(backlight.level(), 1.0F);
-    folder.write("panel", "actual_brightness", "0\n");
-    EXPECT_EQ(backlight.level(), 0.0F);
-    folder.write("panel", "actual_brightness", "4800\n");
-    EXPECT_EQ(backlight.level(), 0.25F);
-}
-
-TEST(SysfsBacklight, FindsADeviceThatComesLater) {
-    BacklightFolder folder;
-    SysfsBacklight backlight(folder.path());
-    EXPECT_EQ(backlight.level(), std::nullopt);
-    folder.add("panel", {});
-    EXPECT_EQ(backlight.level(), 0.4F);
-}
-
 TEST(SysfsBacklight, TheSameReadingTurnsToAnotherDeviceWhenItsOwnFails) {
     BacklightFolder folder;
     folder.add("good", {.type = "firmware\n", .value = "40\n"});

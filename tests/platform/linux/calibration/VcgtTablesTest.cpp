@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <span>
 
 #include <gtest/gtest.h>
 
@@ -58,26 +57,6 @@ TEST(VcgtTables, AProfileWithoutUsableTablesGivesNone) {
     };
     for (const auto& [situation, profile, usable, entries] : cases)
         EXPECT_EQ(vcgtTables(profile, entries).has_value(), usable) << situation;
-}
-
-TEST(VcgtTables, ACutOrDamagedProfileGivesTablesOfTheAskedSizeOrNone) {
-    for (const Vcgt form : {Vcgt::table, Vcgt::formula}) {
-        const IccProfile profile = profileWith(form, Curve{1.2});
-        const auto whole = vcgtTables(profile, 16);
-        ASSERT_TRUE(whole);
-        for (std::size_t at = 0; at < profile.size(); ++at) {
-            const auto ofCut = vcgtTables(std::span(profile).first(at), 16);
-            EXPECT_TRUE(!ofCut || *ofCut == *whole) << at << " bytes of " << profile.size();
-            for (const std::byte damage : {std::byte{0x01}, std::byte{0x80}, std::byte{0xFF}}) {
-                IccProfile damaged = profile;
-                damaged[at] ^= damage;
-                if (const auto tables = vcgtTables(damaged, 16)) {
-                    for (const auto* channel : {&tables->red, &tables->green, &tables->blue})
-                        EXPECT_EQ(channel->size(), 16U) << "damaged at " << at;
-                }
-            }
-        }
-    }
 }
 
 } // namespace
