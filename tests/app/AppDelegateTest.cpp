@@ -120,6 +120,12 @@ TEST_F(AppDelegateTest, EndsWithAFailureWhenTheDisplayServerIsGone) {
     EXPECT_EQ(desktop.log.messages.back(),
               "ERROR: The display server is gone: the connection broke");
     EXPECT_EQ(desktop.application.terminatedWith, 1);
+
+    brightnessRestores.clear();
+    delegate.displayServerGone(); // on another connection, which ends the process at once
+    EXPECT_EQ(desktop.process.endedWith, 1);
+    EXPECT_EQ(brightnessRestores.size(), 1U);
+    expectRestoredForGood();
 }
 
 TEST_F(AppDelegateTest, AppliesCommandsAtOnceInTheOrderInWhichTheyArrive) {

@@ -97,16 +97,6 @@ TEST_F(EngineGamma, FillsUpADisplayThatReportsFewerSamplesWithZeros) {
                             [](float level) { return level == 0.0F; }));
 }
 
-TEST_F(EngineGamma, WritesADisplayOnceThatTwoScreensName) {
-    desktop.displays.attach(1);
-    start();
-    EXPECT_EQ(desktop.log.count("Captured gamma for display 1"), 2U);
-    EXPECT_EQ(desktop.log.count("Captured gamma for 2 displays"), 1U);
-    desktop.displays.forgetCalls();
-    engine->applyFilter();
-    EXPECT_EQ(writes(), 2U);
-}
-
 TEST_F(EngineGamma, WaitsOnceHoweverManyDisplaysThereAre) {
     for (DisplayId display = 3; display <= 16; ++display)
         desktop.displays.attach(display);

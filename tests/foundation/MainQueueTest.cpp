@@ -107,14 +107,6 @@ TEST_F(MainQueueTest, MakesUpForMissedTicksWithOneAndKeepsTheBeat) {
     EXPECT_EQ(ticks, 2);
 }
 
-TEST_F(MainQueueTest, WatchesADescriptorUntilTheTokenIsDropped) {
-    AnyCancellable watch = queue.watch(7, note('r'));
-    desktop.runLoop.makeReadable(7);
-    watch.cancel();
-    desktop.runLoop.makeReadable(7);
-    EXPECT_EQ(ran, "r");
-}
-
 TEST_F(MainQueueTest, MeasuresDelaysOnTheSteadyClockWhenTheWallClockIsSet) {
     queue.asyncAfter(Seconds(1), note('x'));
     desktop.wall.set(desktop.wall.now() + std::chrono::hours(5));
