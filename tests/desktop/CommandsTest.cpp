@@ -12,9 +12,6 @@ namespace noctra::desktop {
 
 namespace {
 
-/// What the memory may grow by over 1,800 toggles. The address sanitizer holds freed memory back.
-constexpr long slackKiB = freedMemoryIsKept ? 32 * 1024 : 256;
-
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Not;
@@ -35,32 +32,6 @@ protected:
     }
 };
 
-TEST_F(Commands, TwoThousandTogglesLeaveNoDifferenceAndNoGrowth) {
-    constexpr int first = 200;
-    constexpr int all = 2000;
-    desktop().setVariable("ASAN_OPTIONS", "quarantine_size_mb=1"); // where it is built with that
-    const std::unique_ptr<Program> program = startProgram();
-    int sent = 0;
-    const auto toggleUpTo = [&](int count) {
-        for (; sent < count; ++sent)
-            channel().open({"noctra://toggle"});
-        return program->waitForLines(static_cast<std::size_t>(count),
-                                     "Automation command applied: toggle");
-    };
-    ASSERT_TRUE(toggleUpTo(first));
-    EXPECT_TRUE(isUntouched());
-    const long afterFirst = program->residentKiB();
-    ASSERT_TRUE(toggleUpTo(all - 1));
-    EXPECT_TRUE(isDimmed());
-    ASSERT_TRUE(toggleUpTo(all));
-    EXPECT_TRUE(isUntouched());
-    const long afterAll = program->residentKiB();
-    RecordProperty("residentKiBAfterFirst", std::to_string(afterFirst));
-    RecordProperty("residentKiBAfterAll", std::to_string(afterAll));
-    EXPECT_LE(afterAll, afterFirst + slackKiB);
-    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
-}
-
 TEST_F(Commands, OfAFloodWithoutWaitingTheLastOneWins) {
     const std::unique_ptr<Program> program = startProgram();
     std::size_t sent = 0;
@@ -76,24 +47,10 @@ TEST_F(Commands, OfAFloodWithoutWaitingTheLastOneWins) {
 }
 
 TEST_F(Commands, BadUrlsOfEveryShapeAreLoggedAndChangeNothing) {
-    const std::string tooLong(1 << 20, 'a');
-    const std::vector<std::string> bad{"",
-                                       "on",
-                                       "noctra:on",
-                                       "noctra:",
-                                       "noctra://",
-                                       "noctra:///",
-                                       "noctra://dim",
-                                       "noctra://%6Fn",
-                                       "http://on",
-                                       "://on",
-                                       "//on",
-                                       " ",
-                                       "noctra://o n",
-                                       "noctra://\xC3\xB6n",
-                                       "noctra://foo/on",
-                                       tooLong,
-                                       "noctra://" + tooLong};
+    // What is a bad one is in the tests of the parser; these come through in different ways.
+    const std::vector<std::string> bad{
+        "",  "noctra://dim",       "http://on",
+        " ", "noctra://\xC3\xB6n", "noctra://" + std::string(1 << 20, 'a')};
     const std::unique_ptr<Program> program = startDimmed();
     const std::size_t before = messagesSinceStart(*program).size();
     channel().open(bad);
@@ -145,29 +102,6 @@ TEST_F(Commands, ASecondStartWithoutUrlShowsTheFirstAndEnds) {
     channel().activate();
     EXPECT_TRUE(program->waitForLines(2, "Automation command applied: show"));
     EXPECT_TRUE(isUntouched());
-}
-
-TEST_F(Commands, AnActionThatNobodyKnowsChangesNothing) {
-    const std::unique_ptr<Program> program = startDimmed();
-    try {
-        channel().activateAction("no such action");
-    } catch (const std::runtime_error&) {
-        // Refusing the call is as good an answer as ignoring it.
-    }
-    command(*program, "noctra://on");
-    EXPECT_TRUE(isDimmed());
-    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
-}
-
-TEST_F(Commands, WithoutABusTheFirstStartsUrlIsApplied) {
-    desktop().takeBusAway();
-    const std::unique_ptr<Program> program = desktop().start({"noctra://on"});
-    ASSERT_TRUE(program->waitForLine("Automation command applied: on"));
-    EXPECT_TRUE(isDimmed());
-    EXPECT_TRUE(std::ranges::any_of(program->messages(), [](const std::string& message) {
-        return message.find("session bus") != std::string::npos;
-    })) << "the log does not say what is missing";
-    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
 }
 
 TEST_F(Commands, WithoutABusASecondStartOnTheSameDisplayIsRefused) {

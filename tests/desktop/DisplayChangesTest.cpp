@@ -1,6 +1,5 @@
 // What the program makes of displays that come, go and change, as its log and the tables show it.
 
-#include <algorithm>
 #include <csignal>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -67,44 +66,6 @@ TEST_F(DisplayChanges, TenTimesInABurstAreAnsweredOnce) {
     plugs().unplug(0);
     ASSERT_LT(std::chrono::steady_clock::now() - began, Duration(400)) << "no burst";
     expectOneRefresh(*program, 0);
-    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
-}
-
-TEST_F(DisplayChanges, ThatTakeADisplayAwayLeaveItsTablesToWhoeverComesNext) {
-    const std::unique_ptr<Program> program = startDimmed();
-    const TablesByCrtc lit = probe().readLit();
-    plugs().unplug(2);
-    ASSERT_TRUE(program->waitForLine(settleLine));
-    const TablesByCrtc stillLit = probe().readLit();
-    const auto gone = std::ranges::find_if(
-        lit, [&](const auto& entry) { return !stillLit.contains(entry.first); });
-    ASSERT_NE(gone, lit.end());
-    probe().write(gone->first, tablesBefore().begin()->second);
-    const TablesByCrtc foreign = probe().readAll();
-    command(*program, "noctra://off");
-    program->signal(SIGTERM);
-    EXPECT_EQ(program->waitForEnding(), exited(0));
-    EXPECT_EQ(probe().readAll().at(gone->first), foreign.at(gone->first));
-}
-
-TEST_F(DisplayChanges, InAStormOfFiveHundredLeaveTheTablesRightAndNothingBehind) {
-    const std::unique_ptr<Program> program = desktop().startDriven();
-    ASSERT_TRUE(program->waitForLine(runningLine));
-    command(*program, "noctra://on");
-    for (int change = 0; change < 500; ++change) {
-        const int output = change / 2 % 4;
-        change % 2 == 0 ? plugs().unplug(output) : plugs().plug(output);
-    }
-    const std::size_t during = program->countLines(settleLine);
-    EXPECT_TRUE(program->waitForLines(during + 1, settleLine));
-    EXPECT_TRUE(becomesDimmed());
-    EXPECT_EQ(probe().readLit().size(), 4U);
-    // The backlight poll, and the time until the bus that this desktop lacks is looked for again.
-    pollUntil(patience, [&] {
-        program->type("pending");
-        return program->countLines("pending 2") > 0;
-    });
-    EXPECT_GT(program->countLines("pending 2"), 0U);
     EXPECT_TRUE(endsCleanly(*program, SIGTERM));
 }
 

@@ -46,29 +46,6 @@ INSTANTIATE_TEST_SUITE_P(
 
 class Leaving : public DesktopFixture {};
 
-TEST_F(Leaving, WithTheFilterOffChangesNothing) {
-    const std::unique_ptr<Program> program = startProgram();
-    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
-}
-
-TEST_F(Leaving, WhileCommandsPourInLeavesNoTint) {
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGTERM, SIGINT, SIGHUP}) {
-        const std::unique_ptr<Program> program = startProgram();
-        for (int sent = 0; sent < 300; ++sent)
-            channel().openWithoutWaiting({"noctra://toggle"});
-        ASSERT_TRUE(program->waitForLines(20, appliedLine));
-        EXPECT_TRUE(endsCleanly(*program, signal)) << "signal " << signal;
-    }
-}
-
-TEST_F(Leaving, IsNotDisturbedByFurtherSignals) {
-    const std::unique_ptr<Program> program = startDimmed();
-    for (int again = 0; again < 20; ++again)
-        for (const int signal : {SIGTERM, SIGINT, SIGHUP})
-            program->signal(signal);
-    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
-}
-
 TEST_F(Leaving, IsNotDisturbedByASignalInTheMiddleOfTheRestore) {
     const std::unique_ptr<Program> program = startDimmed();
     server().pause();
@@ -114,13 +91,6 @@ protected:
     }
 };
 
-TEST_P(LeavingAHungServer, IsOverInTime) {
-    const std::unique_ptr<Program> program = startDimmed();
-    server().pause();
-    EXPECT_EQ(endingWhileHung(*program), exited(0));
-    expectNextStartClearsUp();
-}
-
 TEST_P(LeavingAHungServer, IsOverInTimeInTheMiddleOfAChange) {
     const std::unique_ptr<Program> program = startDimmed();
     server().pause();
@@ -139,16 +109,6 @@ INSTANTIATE_TEST_SUITE_P(Ending, LeavingAHungServer,
 
 TEST_F(Leaving, AfterTheXServerDiedIsOrderly) {
     const std::unique_ptr<Program> program = startDimmed();
-    server().killAtOnce();
-    EXPECT_EQ(program->waitForEnding(), exited(1));
-    EXPECT_THAT(program->errorLines(), Not(IsEmpty()));
-}
-
-TEST_F(Leaving, AfterTheXServerDiedIsOrderlyAlsoWhileCommandsPourIn) {
-    const std::unique_ptr<Program> program = startProgram();
-    for (int sent = 0; sent < 300; ++sent)
-        channel().openWithoutWaiting({"noctra://toggle"});
-    ASSERT_TRUE(program->waitForLines(20, appliedLine));
     server().killAtOnce();
     EXPECT_EQ(program->waitForEnding(), exited(1));
     EXPECT_THAT(program->errorLines(), Not(IsEmpty()));

@@ -27,22 +27,6 @@ TEST_F(KilledProgram, IsClearedUpAfterByTheNextStart) {
     EXPECT_TRUE(endsCleanly(*next, SIGTERM));
 }
 
-TEST_F(KilledProgram, LeavesNoTintThatTheNextFilterStacksOn) {
-    startDimmedAndKill();
-    const std::unique_ptr<Program> next = startDimmed();
-    command(*next, "noctra://off");
-    EXPECT_TRUE(isUntouched());
-    EXPECT_TRUE(endsCleanly(*next, SIGTERM));
-}
-
-TEST_F(KilledProgram, KilledTwiceInARowLeavesNoTint) {
-    startDimmedAndKill();
-    startDimmedAndKill();
-    const std::unique_ptr<Program> next = startProgram();
-    EXPECT_TRUE(isUntouched());
-    EXPECT_TRUE(endsCleanly(*next, SIGINT));
-}
-
 TEST_F(KilledProgram, KilledWhileItStartsLeavesNoTint) {
     startDimmedAndKill();
     for (const char* moment : {"initialized", "init starting", "Captured gamma", "Init complete"}) {
@@ -75,31 +59,6 @@ TEST_F(KilledProgram, IsClearedUpAfterAlsoWhereTheRuntimeFolderCannotBeUsed) {
     startDimmedAndKill();
     const std::unique_ptr<Program> next = startDimmed();
     EXPECT_TRUE(next->waitForLine("/nonexistent/run")) << "and says so";
-    EXPECT_TRUE(endsCleanly(*next, SIGTERM));
-}
-
-TEST_F(KilledProgram, IsClearedUpAfterAlsoWhenItsRecordWasEmptiedWhileItRan) {
-    const std::unique_ptr<Program> program = startDimmed();
-    for (const auto& entry :
-         std::filesystem::directory_iterator(desktop().runtimeFolder() / "noctra"))
-        std::filesystem::resize_file(entry.path(), 0);
-    command(*program, "noctra://off");
-    EXPECT_TRUE(isUntouched());
-    command(*program, "noctra://on");
-    EXPECT_TRUE(isDimmed());
-    program->killAtOnce();
-    const std::unique_ptr<Program> next = startProgram();
-    EXPECT_TRUE(isUntouched());
-    EXPECT_TRUE(endsCleanly(*next, SIGTERM));
-}
-
-TEST_F(KilledProgram, TablesThatSomebodyElseSetSinceAreKept) {
-    startDimmedAndKill();
-    TablesByCrtc others = tablesBefore();
-    for (auto& [crtc, tables] : others)
-        std::swap(tables.green, tables.blue);
-    calibrate(others);
-    const std::unique_ptr<Program> next = startDimmed();
     EXPECT_TRUE(endsCleanly(*next, SIGTERM));
 }
 

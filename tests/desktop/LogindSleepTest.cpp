@@ -33,7 +33,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 
 constexpr Duration answerTime{1000};
 /// What may pass on the main thread on a machine that builds at the same time; an answer that is
@@ -161,14 +160,6 @@ TEST_F(LogindSleepTest, EachWakeOfLogindsIsNoticedOnce) {
     EXPECT_THAT(log_.lines, ElementsAre());
 }
 
-TEST_F(LogindSleepTest, LogindMayComeAfterTheProgram) {
-    bus_->start();
-    listen();
-    ASSERT_TRUE(becomesListener());
-    const MockLogind logind(*bus_);
-    EXPECT_TRUE(noticesWakes(logind));
-}
-
 TEST_F(LogindSleepTest, ABusThatDiesIsToldOnceAndUsedAgainWhenItIsBack) {
     bus_->start();
     listen();
@@ -199,28 +190,6 @@ TEST_F(LogindSleepTest, WithoutABusOneLineSaysSoUntilOneComes) {
                                         "(No such file or directory)"));
 }
 
-TEST_F(LogindSleepTest, ABusThatRefusesIsToldOnceAndTriedAgain) {
-    struct Refusal {
-        const char* rule;
-        const char* told;
-    };
-    for (const Refusal& refusal :
-         {Refusal{"<limit name=\"max_match_rules_per_connection\">0</limit>",
-                  "the system bus refuses ("},
-          Refusal{"<limit name=\"max_connections_per_user\">0</limit>", "no system bus ("}}) {
-        log_.lines.clear();
-        bus_->start(refusal.rule);
-        listen();
-        ASSERT_TRUE(turnUntil([this] { return !log_.lines.empty(); })) << refusal.rule;
-        bus_->start();
-        ASSERT_TRUE(becomesListener()) << refusal.rule;
-        const MockLogind logind(*bus_);
-        EXPECT_TRUE(noticesWakes(logind)) << refusal.rule;
-        EXPECT_THAT(log_.lines, ElementsAre(HasSubstr(refusal.told)));
-        sleep_.reset();
-    }
-}
-
 TEST_F(LogindSleepTest, ABusThatNeverAnswersHoldsNeitherTheMainThreadNorOtherBusesUp) {
     const MuteBus mute(socketOf(*bus_));
     const SessionBus another;
@@ -240,21 +209,6 @@ TEST_F(LogindSleepTest, ABusThatNeverAnswersHoldsNeitherTheMainThreadNorOtherBus
     EXPECT_LT(Clock::now() - begin, 4 * answerTime);
 }
 
-TEST_F(LogindSleepTest, TriesComeAtGrowingDistances) {
-    const MuteBus mute(socketOf(*bus_));
-    listen(Duration(20));
-    std::vector<Clock::time_point> calls;
-    ASSERT_TRUE(turnUntil([&] {
-        if (mute.hangUp())
-            calls.push_back(Clock::now());
-        return calls.size() == 4;
-    }));
-    // A call is seen up to a turn late, which makes the distance to the next one shorter.
-    for (std::size_t i = 1; i < calls.size(); ++i)
-        EXPECT_GE(calls[i] - calls[i - 1], Duration(20 << (i - 1)) - Duration(10)) << i;
-    EXPECT_EQ(log_.lines.size(), 1);
-}
-
 TEST_F(LogindSleepTest, NothingIsHeardAfterItsEnd) {
     bus_->start();
     const MockLogind logind(*bus_);
@@ -265,27 +219,6 @@ TEST_F(LogindSleepTest, NothingIsHeardAfterItsEnd) {
     sleep_.reset();
     EXPECT_TRUE(turnUntil([] { return !bus_->hasSleepListener(); }));
     EXPECT_EQ(wakes_, 1);
-}
-
-// The instrument that other tests measure with.
-TEST_F(LogindSleepTest, ThePlayedLogindRecordsBrightnessAndCanRefuseIt) {
-    bus_->start();
-    const MockLogind logind(*bus_);
-    const BusClient client(bus_->address());
-    const auto set = [&](unsigned int value) {
-        client.call("org.freedesktop.login1", "/org/freedesktop/login1/session/auto",
-                    "org.freedesktop.login1.Session", "SetBrightness",
-                    {"backlight", "intel_backlight", value});
-    };
-    set(7);
-    logind.refuseBrightness(true);
-    EXPECT_THROW(set(8), std::runtime_error);
-    logind.refuseBrightness(false);
-    EXPECT_NO_THROW(set(9));
-    using Call = MockLogind::BrightnessCall;
-    EXPECT_EQ(logind.brightnessCalls(), (std::vector<Call>{{"backlight", "intel_backlight", 7},
-                                                           {"backlight", "intel_backlight", 8},
-                                                           {"backlight", "intel_backlight", 9}}));
 }
 
 } // namespace

@@ -14,15 +14,10 @@ namespace {
 
 using ::testing::Contains;
 using ::testing::HasSubstr;
-using ::testing::Not;
 
 constexpr const char* copiedLine = "Debug log copied to clipboard";
 
 struct PanelSettings : PanelFixture {
-    void openSettingsAndClick(const char* name) {
-        openSettings();
-        click(name);
-    }
     [[nodiscard]] std::vector<std::string> clipboard() {
         const std::unique_ptr<Program> reader =
             desktop().startOther({"/usr/bin/xclip", "-selection", "clipboard", "-o"});
@@ -43,26 +38,6 @@ struct PanelSettings : PanelFixture {
         return way;
     }
 };
-
-TEST_F(PanelSettings, ExtremeDimLetsTheBrightnessGoDownToNothingAndBack) {
-    const std::unique_ptr<Program> program = startWithPanel();
-    click(controls::power);
-    openSettingsAndClick(controls::allowExtremeDim);
-    EXPECT_TRUE(becomes(controls::allowExtremeDim,
-                        [](const Accessible& one) { return one.is(AccessibleState::checked); }));
-    closeSettings();
-    dragDown(controls::brightness);
-    EXPECT_TRUE(becomesDimmed(presetWarmth, 0));
-    EXPECT_TRUE(reads(controls::brightness, "0%"));
-
-    openSettingsAndClick(controls::allowExtremeDim);
-    EXPECT_TRUE(becomesDimmed(presetWarmth, 0.1));
-    EXPECT_FALSE(has(controls::brightness)) << "the sheet lies over it";
-    closeSettings();
-    EXPECT_TRUE(reads(controls::brightness, "10%"));
-    EXPECT_EQ(control(controls::brightness).minimum(), 0.1);
-    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
-}
 
 TEST_F(PanelSettings, DiagnosticsAreCopiedAsTheyStoodBefore) {
     const std::unique_ptr<Program> program = startWithPanel();
@@ -97,23 +72,6 @@ TEST_F(PanelSettings, LaunchAtLoginIsASwitchForTheAutostartEntry) {
         }));
     }
     EXPECT_TRUE(endsCleanly(*program, SIGTERM));
-}
-
-TEST_F(PanelSettings, EmergencyStopPutsTheDisplaysBackAndEndsTheProgram) {
-    const std::unique_ptr<Program> program = startWithPanel();
-    click(controls::evening);
-    ASSERT_TRUE(becomesDimmed(1 - 2700.0 / 6500.0, 0.85));
-    openSettingsAndClick(controls::stop);
-    EXPECT_EQ(program->waitForEnding(), exited(0));
-    EXPECT_TRUE(isUntouched());
-    EXPECT_THAT(program->messages(), Contains("App terminating - restoring gamma"));
-}
-
-TEST_F(PanelSettings, GlideInAndOut) {
-    const std::unique_ptr<Program> program = startWithPanel();
-    EXPECT_THAT(wayOfTheSheet(), Contains(testing::Gt(0)));
-    closeSettings();
-    EXPECT_THAT(wayOfTheSheet(), Contains(testing::Gt(0))) << "the second time";
 }
 
 TEST_F(PanelSettings, AreInTheirPlaceAtOnceWhereTheDesktopAsksForLessMotion) {

@@ -12,11 +12,8 @@ namespace noctra::desktop {
 namespace {
 
 constexpr int severeLevel = 400; // of 1000
-constexpr int mildLevel = 900;
 constexpr const char* severeText = "DISPLAY BRIGHTNESS LOW —\nNOCTRA CANNOT REDUCE PWM HERE";
-constexpr const char* mildText = "KEEP MONITOR AT 100%\nAND THEN DIM HERE";
 constexpr std::uint32_t yellow = 0xFFD60A;
-constexpr std::uint32_t red = 0xFF453A;
 
 struct PanelStatusRow : PanelFixture {
     FakeBacklight backlight{severeLevel};
@@ -78,22 +75,6 @@ TEST_F(PanelStatusRow, AClickOnTheBarSwitchesTheModeThroughItsStates) {
     EXPECT_TRUE(endsCleanly(*program, SIGTERM));
 }
 
-TEST_F(PanelStatusRow, WarnsInTwoStepsWhereNothingCanBeSwitched) {
-    startWithWarning();
-    const auto warns = [this](const char* text, std::uint32_t color) {
-        return pollUntil(patience, [&] {
-            return has(text) &&
-                   Screenshot(server().display(), control(text).extents()).countOf(color) > 50;
-        });
-    };
-    EXPECT_TRUE(warns(severeText, red));
-    backlight.set(mildLevel);
-    EXPECT_TRUE(warns(mildText, yellow));
-    backlight.set(1000);
-    EXPECT_TRUE(pollUntil(patience, [&] { return !has(mildText); }));
-    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
-}
-
 TEST_F(PanelStatusRow, HoveringTheWarningShowsTheTooltipAndTheHand) {
     startWithWarning();
     EXPECT_TRUE(tooltipIs(false));
@@ -106,44 +87,6 @@ TEST_F(PanelStatusRow, HoveringTheWarningShowsTheTooltipAndTheHand) {
     leave();
     EXPECT_TRUE(cursorIs("none"));
     EXPECT_TRUE(tooltipIs(false));
-}
-
-TEST_F(PanelStatusRow, TheTooltipStaysWhileThePointerIsOnIt) {
-    startWithWarning();
-    hover();
-    EXPECT_TRUE(tooltipIs(true));
-    const Box warning = control(severeText).extents();
-    hands().moveTo({warning.center().x, warning.y - 60});
-    EXPECT_TRUE(cursorIs("none"));
-    EXPECT_FALSE(pollUntil(Duration{600}, [&] {
-        return Screenshot(server().display(), panelExtents()).countOf(yellow) < 100;
-    }));
-    leave();
-    EXPECT_TRUE(tooltipIs(false));
-}
-
-TEST_F(PanelStatusRow, ClosingThePanelWhileHoveringGivesTheCursorBack) {
-    startWithWarning();
-    for (int round = 0; round < 2; ++round) {
-        hover();
-        EXPECT_TRUE(cursorIs("hand"));
-        hands().type({"Escape"});
-        EXPECT_TRUE(panelGoes());
-        EXPECT_TRUE(cursorIs("none"));
-        moveAway();
-        showPanel();
-        EXPECT_TRUE(tooltipIs(false));
-    }
-}
-
-TEST_F(PanelStatusRow, TheSheetOverTheWarningGivesTheCursorBack) {
-    startWithWarning();
-    hover();
-    EXPECT_TRUE(tooltipIs(true));
-    control(controls::gear).perform("Press");
-    EXPECT_TRUE(cursorIs("none"));
-    hands().type({"Escape"});
-    EXPECT_TRUE(cursorIs("hand")) << "it is under the pointer again";
 }
 
 TEST_F(PanelStatusRow, TheBacklightGoesBackWhereTheXServerDiesUnderTheOpenPanel) {

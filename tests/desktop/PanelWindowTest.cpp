@@ -11,14 +11,6 @@ namespace noctra::desktop {
 namespace {
 
 struct PanelWindow : PanelFixture {
-    void openAndSeeItDrawn() {
-        const auto look = [this] {
-            return Screenshot(server().display(), {480, 0, 320, 540});
-        };
-        const Screenshot before = look();
-        channel().open({"noctra://show"});
-        ASSERT_TRUE(pollUntil(patience, [&] { return look() != before; }));
-    }
     void close() {
         windows().askToClose(panelTitle);
         ASSERT_TRUE(panelGoes());
@@ -40,37 +32,6 @@ TEST_F(PanelWindow, ClosesWithoutTheFilterAndComesBackWithTheSameValues) {
     EXPECT_FALSE(control(controls::power).is(AccessibleState::checked));
     hands().type({"Escape"});
     EXPECT_TRUE(panelGoes());
-    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
-}
-
-TEST_F(PanelWindow, FollowsACommandWhileItIsOpenAndIsNotOpenedTwice) {
-    const std::unique_ptr<Program> program = startWithPanel();
-    command(*program, "noctra://on");
-    EXPECT_TRUE(becomes(controls::power,
-                        [](const Accessible& one) { return one.is(AccessibleState::checked); }));
-    channel().open({"noctra://show", "noctra://show"});
-    close();
-    EXPECT_TRUE(isDimmed());
-    EXPECT_TRUE(endsCleanly(*program, SIGTERM));
-}
-
-TEST_F(PanelWindow, OpenedAndClosedManyTimesTakesNoMoreMemory) {
-    constexpr int rounds = 30;
-    constexpr long tolerance = freedMemoryIsKept ? 32 * 1024 : 3 * 1024;
-    desktop().setVariable("ASAN_OPTIONS", "quarantine_size_mb=1"); // where it is built with that
-    const std::unique_ptr<Program> program = startProgram();
-    long first = 0;
-    for (int round = 0; round <= rounds; ++round) {
-        openAndSeeItDrawn();
-        close();
-        if (round == 0)
-            first = program->residentKiB();
-    }
-    RecordProperty("first_KiB", std::to_string(first));
-    RecordProperty("last_KiB", std::to_string(program->residentKiB()));
-    EXPECT_TRUE(
-        pollUntil(Duration{2000}, [&] { return program->residentKiB() <= first + tolerance; }))
-        << first << " KiB after the first time, " << program->residentKiB() << " after the last";
     EXPECT_TRUE(endsCleanly(*program, SIGTERM));
 }
 

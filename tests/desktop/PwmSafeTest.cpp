@@ -104,15 +104,23 @@ TEST_F(PwmSafe, PutsTheBacklightAndTheTablesBackOnEveryWayOut) {
 }
 
 TEST_F(PwmSafe, PutsTheBacklightBackWhereTheXServerHangsOrDies) {
-    for (const std::string what : {"hangs at a signal", "hangs at a quit", "dies"}) {
+    for (const std::string what :
+         {"hangs at a signal", "hangs at a quit", "dies", "dies, and Qt crashes"}) {
         SetUp();
         const std::unique_ptr<Program> program = startLocked();
-        const bool dies = what == "dies";
+        const bool dies = what.starts_with("dies");
+        const bool crashes = dies && what != "dies";
+        if (crashes)
+            program->signal(SIGSTOP);
         dies ? server().killAtOnce() : server().pause();
         if (what == "hangs at a signal")
             program->signal(SIGTERM);
         else if (!dies)
             program->type("quit");
+        if (crashes) {
+            program->signal(SIGSEGV);
+            program->signal(SIGCONT);
+        }
         EXPECT_EQ(program->waitForEnding(), exited(dies ? 1 : 0)) << what;
         EXPECT_EQ(backlight.value(), priorLevel) << what;
         if (!dies)

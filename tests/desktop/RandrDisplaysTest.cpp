@@ -192,6 +192,27 @@ TEST_F(RandrDisplaysTest, LetsNobodyBringAFilterBackThatIsBeingTakenOff) {
     EXPECT_EQ(desk.probe.readAll(), desk.before);
 }
 
+TEST_F(RandrDisplaysTest, TellsOfAChangeThatTheDescriptorDoesNotAnnounceAnyMore) {
+    const DisplayId display = attached().front();
+    GammaTables tables;
+    std::uint32_t count = 0;
+    int news = 0;
+    adapter().onNews([&] { ++news; });
+    const std::function<void()> waits[]{[&] { adapter().reassertTables(); },
+                                        [&] { adapter().readTables(display, tables, count); },
+                                        [&] {
+                                            writeHalf(display);
+                                        }};
+    for (const auto& waitForAReply : waits) {
+        static_cast<void>(adapter().processEvents());
+        news = 0;
+        desk.plugs.announceChange(); // comes in before the reply
+        waitForAReply();
+        EXPECT_EQ(news, 1);
+    }
+    adapter().onNews({});
+}
+
 TEST_F(RandrDisplaysTest, SaysThatTheServerIsGoneAndFailsEverythingFromThenOn) {
     XServer mortal(2);
     RandrDisplays orphan(connectToRandr(mortal.display().c_str()),

@@ -282,30 +282,6 @@ TEST_F(Presses, BelongToTheWindowThatWasToldWhereverThePointerIsWhenTheyAreRead)
     EXPECT_EQ(told, 1);
 }
 
-TEST_F(Presses, AreToldNobodyWhoHasDroppedTheTokenMeanwhile) {
-    ASSERT_TRUE(own.isAlive());
-    std::vector<int> told;
-    AnyCancellable first, second, third;
-    first = monitors.addGlobalMonitor([&] {
-        told.push_back(1);
-        first.cancel();
-        second.cancel();
-    });
-    second = monitors.addGlobalMonitor([&] { told.push_back(2); });
-    third = monitors.addGlobalMonitor([&] {
-        told.push_back(3);
-        third.cancel();
-    });
-    EXPECT_EQ(loop.watched.size(), 1U);
-    click({300, 200}, 1);
-    click({300, 200}, 1);
-    EXPECT_THAT(told, ElementsAre(1, 3));
-    EXPECT_TRUE(loop.watched.empty());
-    EXPECT_EQ(monitors.lastPress()->where, (PixelPoint{300, 200}));
-    third = monitors.addGlobalMonitor([&] { told.push_back(4); });
-    EXPECT_FALSE(monitors.lastPress());
-}
-
 TEST(PressesOfAServerThatDies, AreNotMissedWithMoreThanOneLine) {
     XServer mortal(1);
     setenv("DISPLAY", mortal.display().c_str(), 1);

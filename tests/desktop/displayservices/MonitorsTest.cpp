@@ -22,76 +22,12 @@ TEST_F(Monitors, AreReadInTheBackgroundWhenSomebodyAsks) {
     EXPECT_EQ(monitor(1).reads, 0) << "nobody asked about it";
 }
 
-TEST_F(Monitors, AreAnsweredForWithWhatIsOnItsWayUntilItHasArrived) {
-    start();
-    ASSERT_TRUE(becomesChangeable(first));
-    monitor().writeMilliseconds = 200;
-    EXPECT_TRUE(driver->setSmooth(first, 1));
-    EXPECT_EQ(driver->get(first), 1.0F);
-    EXPECT_TRUE(pollUntil(patience, [&] { return monitor().value == 100; }));
-    EXPECT_EQ(monitor().writes, 1);
-    EXPECT_TRUE(reaches(first, 1.0F));
-}
-
-TEST_F(Monitors, AreNotWrittenToWhenTheyHaveTheValue) {
-    start();
-    ASSERT_TRUE(becomesChangeable(first));
-    EXPECT_TRUE(driver->set(first, 0.4F));
-    EXPECT_EQ(driver->get(first), 0.4F);
-    monitor().value = 70; // by its own buttons; the reading that says otherwise grows old
-    const int reads = monitor().reads;
-    EXPECT_TRUE(reaches(first, 0.7F));
-    EXPECT_GT(monitor().reads, reads);
-    EXPECT_TRUE(driver->set(first, 0.7F));
-    EXPECT_TRUE(driver->finish(2000ms));
-    EXPECT_EQ(monitor().writes, 0);
-}
-
 TEST_F(Monitors, CostNothingWhileNobodyAsks) {
     start();
     ASSERT_TRUE(becomesChangeable(first));
     EXPECT_TRUE(driver->set(first, 1));
     EXPECT_TRUE(reaches(first, 1.0F));
     EXPECT_TRUE(pollUntil(patience, [&] { return driver->isIdle(); }));
-}
-
-TEST_F(Monitors, GetOnlyTheNewestOfManyRequests) {
-    monitor().writeMilliseconds = 100;
-    start();
-    ASSERT_TRUE(becomesChangeable(first));
-    for (int percent = 41; percent <= 90; ++percent) {
-        EXPECT_TRUE(driver->set(first, static_cast<float>(percent) / 100));
-        driver->get(first);
-    }
-    EXPECT_TRUE(reaches(first, 0.9F));
-    EXPECT_LE(monitor().writes, 3);
-    EXPECT_GE(std::chrono::nanoseconds(monitor().shortestPause), 50ms);
-    EXPECT_EQ(monitor().open, 0);
-}
-
-TEST_F(Monitors, ThatFailedAreTriedAgainWhenSomebodyAsks) {
-    start();
-    ASSERT_TRUE(becomesChangeable(first));
-    monitor().unplugged = true;
-    driver->set(first, 1);
-    EXPECT_TRUE(becomesChangeable(first, false));
-    EXPECT_EQ(driver->get(first), std::nullopt);
-    driver->takeNews();
-    monitor().unplugged = false;
-    EXPECT_TRUE(reaches(first, 0.4F));
-    EXPECT_TRUE(driver->canChange(first));
-    EXPECT_NE(driver->takeNews() & display_services::controllabilityChanged, 0U);
-}
-
-TEST_F(Monitors, WithTheSameEdidAreToldApartByTheirOrder) {
-    bench->mark(1, 0);
-    start();
-    EXPECT_TRUE(becomesChangeable(first));
-    EXPECT_TRUE(becomesChangeable(second));
-    driver->set(first, 1);
-    driver->set(second, 0.2F);
-    EXPECT_TRUE(
-        pollUntil(patience, [&] { return monitor(0).value == 100 && monitor(1).value == 20; }));
 }
 
 TEST_F(Monitors, AreFoundWhenTheyArePluggedInLater) {

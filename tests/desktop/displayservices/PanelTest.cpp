@@ -82,21 +82,6 @@ TEST_F(Panel, IsReadFromItsFileAndSetThroughLogind) {
     EXPECT_NE(driver->takeNews() & display_services::backlightWritten, 0U);
 }
 
-TEST_F(Panel, GoesSmoothlyInAboutTenStepsAndEndsExactly) {
-    bus.start();
-    const MockLogind logind(bus);
-    start();
-    EXPECT_TRUE(driver->setSmooth(panel, 1));
-    ASSERT_TRUE(pollUntil(patience, [&] {
-        const auto values = valuesAskedFor(logind);
-        return !values.empty() && values.back() == full;
-    }));
-    const auto values = valuesAskedFor(logind);
-    EXPECT_THAT(values, testing::SizeIs(testing::AllOf(testing::Ge(4U), testing::Le(12U))));
-    EXPECT_TRUE(std::is_sorted(values.begin(), values.end()));
-    EXPECT_GT(values.front(), static_cast<unsigned int>(prior));
-}
-
 TEST_F(Panel, IsWrittenThroughItsFileWhereLogindRefusesOrTheBusIsMissingOrHangs) {
     const auto setAndBack = [&](const char* how) {
         start();

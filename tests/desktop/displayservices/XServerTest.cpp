@@ -47,13 +47,6 @@ TEST_F(XServerTrouble, HangsBeforeTheFirstCall) {
     server.resume();
 }
 
-TEST_F(XServerTrouble, HangsLater) {
-    lock();
-    server.pause();
-    expectPutBack();
-    server.resume();
-}
-
 TEST_F(XServerTrouble, HangsWhileItIsAsked) {
     lock();
     OutputPlugs(server.display()).setBuiltIn(0, false); // news that makes the library ask

@@ -58,11 +58,6 @@ void CommandChannel::activate() {
     call(QStringLiteral("Activate"), {QVariantMap()});
 }
 
-void CommandChannel::activateAction(const std::string& name) {
-    call(QStringLiteral("ActivateAction"),
-         {QString::fromStdString(name), QVariantList(), QVariantMap()});
-}
-
 QDBusConnection CommandChannel::connect(const std::string& address, const QString& name) {
     QDBusConnection connection =
         QDBusConnection::connectToBus(QString::fromStdString(address), name);

@@ -29,8 +29,6 @@ public:
     void openWithoutWaiting(const std::vector<std::string>& urls);
     /// What a desktop calls when the program's entry is chosen again.
     void activate();
-    /// What a desktop calls for an entry of the program's context menu.
-    void activateAction(const std::string& name);
 
 private:
     static QDBusConnection connect(const std::string& address, const QString& name);

@@ -29,7 +29,8 @@ void DesktopFixture::SetUp() {
     plugs_->plugOnly(displayCount);
     desktop_ = std::make_unique<TestDesktop>(server_->display());
     desktop_->presetFilter(presetWarmth, presetBrightness);
-    calibrate(calibratedLike(probe_->readAll()));
+    before_ = calibratedLike(probe_->readAll());
+    probe_->write(before_);
 }
 
 std::unique_ptr<Program> DesktopFixture::startProgram() {
@@ -100,11 +101,6 @@ void DesktopFixture::command(const Program& program, const std::string& url) {
     if (*ending != exited(0))
         return ::testing::AssertionFailure() << *ending;
     return isUntouched();
-}
-
-void DesktopFixture::calibrate(const TablesByCrtc& tables) {
-    probe_->write(tables);
-    before_ = tables;
 }
 
 CommandChannel& DesktopFixture::channel() {

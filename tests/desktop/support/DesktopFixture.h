@@ -56,8 +56,6 @@ protected:
 
     /// The tables from before the program came.
     [[nodiscard]] const TablesByCrtc& tablesBefore() const { return before_; }
-    /// Other tables from now on, as a calibration tool sets them.
-    void calibrate(const TablesByCrtc& tables);
 
     [[nodiscard]] const XServer& server() const { return *server_; }
     [[nodiscard]] const GammaProbe& probe() const { return *probe_; }

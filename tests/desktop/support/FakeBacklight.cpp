@@ -19,13 +19,22 @@ int FakeBacklight::value() const {
     return text.empty() ? -1 : std::stoi(text); // empty while it is being written
 }
 
+/// In one step, as the kernel's files change: who reads meanwhile finds the one value or the other.
 void FakeBacklight::set(int value) const {
-    writeFile(file("brightness"), std::to_string(value) + "\n");
+    writeFile(file("brightness.next"), std::to_string(value) + "\n");
+    std::filesystem::rename(file("brightness.next"), file("brightness"));
 }
 
 void FakeBacklight::stickAt(int value) const {
     std::filesystem::remove(file("actual_brightness"));
     writeFile(file("actual_brightness"), std::to_string(value) + "\n");
+}
+
+void FakeBacklight::setFailing(bool failing) const {
+    const std::string away = file("brightness.away");
+    if (failing != std::filesystem::exists(away))
+        failing ? std::filesystem::rename(file("brightness"), away)
+                : std::filesystem::rename(away, file("brightness"));
 }
 
 std::vector<std::string> FakeBacklight::launcher() const {

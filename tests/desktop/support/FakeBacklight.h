@@ -18,6 +18,11 @@ public:
     /// From now on the hardware stays at `value`, whatever it is told.
     void stickAt(int value) const;
 
+    /// From now on its files are not there, or are there again.
+    void setFailing(bool failing) const;
+    /// Where brightness is written.
+    [[nodiscard]] std::string brightnessFile() const { return file("brightness"); }
+
     /// Runs the command that is put behind it where this folder is /sys/class.
     [[nodiscard]] std::vector<std::string> launcher() const;
 

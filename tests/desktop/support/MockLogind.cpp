@@ -56,11 +56,20 @@ std::vector<MockLogind::BrightnessCall> MockLogind::brightnessCalls() const {
 }
 
 void MockLogind::refuseBrightness(bool refused) const {
-    const char* const answer = refused ? "raise dbus.exceptions.DBusException('refused', "
-                                         "name='org.freedesktop.DBus.Error.AccessDenied')"
-                                       : "";
+    answerSetBrightness(refused ? "raise dbus.exceptions.DBusException('refused', "
+                                  "name='org.freedesktop.DBus.Error.AccessDenied')"
+                                : "");
+}
+
+void MockLogind::obeyBrightness(const std::string& file) const {
+    answerSetBrightness("with open('" + file +
+                        "', 'r+') as f: f.truncate(); f.write(str(args[2]))");
+}
+
+void MockLogind::answerSetBrightness(const std::string& code) const {
     client_->call(service, sessionPath, mock, "AddMethod",
-                  {"org.freedesktop.login1.Session", "SetBrightness", "ssu", "", answer});
+                  {"org.freedesktop.login1.Session", "SetBrightness", "ssu", "",
+                   QString::fromStdString(code)});
 }
 
 } // namespace noctra::desktop

@@ -32,7 +32,12 @@ public:
     /// From now on SetBrightness answers AccessDenied, or is obeyed again.
     void refuseBrightness(bool refused) const;
 
+    /// From now on SetBrightness writes to `file`.
+    void obeyBrightness(const std::string& file) const;
+
 private:
+    void answerSetBrightness(const std::string& code) const;
+
     std::unique_ptr<ChildProcess> process_;
     std::unique_ptr<BusClient> client_;
 };

@@ -58,11 +58,16 @@ void OutputPlugs::setBuiltIn(int output, bool builtIn) const {
                        "output property");
 }
 
-void OutputPlugs::makeRoom() const {
-    constexpr int millimetres = 1000; // any size will do
+void OutputPlugs::announceChange() const {
+    for (const int millimetres : {1001, 1000}) // one of the two is another than before
+        makeRoom(millimetres);
+}
+
+void OutputPlugs::makeRoom(int millimetres) const {
     connection_->check(xcb_randr_set_screen_size_checked(connection_->get(), connection_->root(),
                                                          columns * outputWidth, rows * outputHeight,
-                                                         millimetres, millimetres),
+                                                         static_cast<std::uint32_t>(millimetres),
+                                                         static_cast<std::uint32_t>(millimetres)),
                        "screen size");
 }
 

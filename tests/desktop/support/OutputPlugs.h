@@ -19,11 +19,13 @@ public:
     void unplug(int output) const;
     /// Makes the server say that the output is a panel that is part of the machine, or no more.
     void setBuiltIn(int output, bool builtIn) const;
+    /// Makes the server tell its clients of a change of the screen without one of an output.
+    void announceChange() const;
     /// Lights the first `count` outputs and turns the others dark.
     void plugOnly(int count) const;
 
 private:
-    void makeRoom() const;
+    void makeRoom(int millimetres = 1000) const;
     [[nodiscard]] xcb_randr_output_t outputAt(int output) const;
     [[nodiscard]] xcb_randr_mode_t mode() const;
     void configure(xcb_randr_crtc_t crtc, int output, xcb_randr_mode_t mode) const;

@@ -78,10 +78,6 @@ bool PanelFixture::reads(const std::string& name, const std::string& description
     return becomes(name, [&](const Accessible& one) { return one.description() == description; });
 }
 
-bool PanelFixture::isFocused(const std::string& name) const {
-    return becomes(name, [](const Accessible& one) { return one.is(AccessibleState::focused); });
-}
-
 void PanelFixture::click(const std::string& name) const {
     hands_->click(control(name).extents().center());
 }

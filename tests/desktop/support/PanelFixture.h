@@ -52,7 +52,6 @@ protected:
     [[nodiscard]] bool becomes(const std::string& name,
                                const std::function<bool(const Accessible&)>& condition) const;
     [[nodiscard]] bool reads(const std::string& name, const std::string& description) const;
-    [[nodiscard]] bool isFocused(const std::string& name) const;
 
     void click(const std::string& name) const;
     /// Puts the pointer where the panel is not.
