@@ -47,7 +47,9 @@ struct House {
 /// Dotted arrows stand for libraries opened at run time, which nobody includes.
 House drawnHouse() {
     static const std::regex node(R"re(^\s*(\w+)\["([^"]+)"\]$)re");
-    static const std::regex arrow(R"(^\s*(\w+) --(?: .* --)?> (\w+)$)");
+    static const std::regex arrow(R"(^\s*(\w+) --(?: [^-]* --)?> (\w+)$)");
+    static const std::regex other(
+        R"re(^(```mermaid|flowchart TD|\s*\w+\[\["[^"]+"\]\]|\s*\w+ -\. [^-]* \.-> \w+|)$)re");
     House house;
     std::map<std::string, std::string> names;
     const auto name = [&](const std::string& id) {
@@ -63,6 +65,8 @@ House drawnHouse() {
             names[match[1]] = match[2];
         else if (inPicture && std::regex_match(line, match, arrow))
             house.arrows.insert({name(match[1]), name(match[2])});
+        else if (inPicture && !std::regex_match(line, other))
+            ADD_FAILURE() << "what is this in the picture? " << line;
     }
     for (const auto& [from, to] : house.arrows)
         house.folders.insert({from, to});
