@@ -10,6 +10,11 @@ namespace {
 
 constexpr auto generalGroup = "[General]";
 
+/// As QSettings divides a file: a carriage return alone ends a line, too.
+QList<QByteArray> linesOf(QByteArray bytes) {
+    return bytes.replace('\r', '\n').split('\n');
+}
+
 bool isHeader(const QByteArray& line) {
     return line.startsWith('[') && line.endsWith(']');
 }
@@ -62,7 +67,7 @@ IniContents judgeIni(QByteArray bytes) {
         return IniContents::damaged;
     QSet<QByteArray> keys;
     QByteArray section;
-    for (QByteArray line : bytes.split('\n')) {
+    for (QByteArray line : linesOf(bytes)) {
         line = line.trimmed();
         const bool comment = line.startsWith('#') || line.startsWith(';');
         const bool header = isHeader(line);
@@ -83,7 +88,7 @@ bool keepsLines(const QByteArray& before, const QByteArray& after,
                 const QSet<QByteArray>& changedKeys) {
     QSet<QByteArray> kept;
     QByteArray section = generalGroup;
-    for (QByteArray line : after.split('\n')) {
+    for (QByteArray line : linesOf(after)) {
         line = line.trimmed();
         if (isHeader(line))
             section = line;
@@ -91,7 +96,7 @@ bool keepsLines(const QByteArray& before, const QByteArray& after,
     }
     section = generalGroup;
     QSet<QByteArray> seen;
-    for (QByteArray line : before.split('\n')) {
+    for (QByteArray line : linesOf(before)) {
         line = line.trimmed();
         if (isHeader(line))
             section = line;
