@@ -45,7 +45,8 @@ bool isOwn(std::string_view line) {
 }
 
 /// Whether all lines of `before`, but for values of the program's own, stand in `after`.
-bool holdsLines(const std::string& after, const std::string& before) {
+bool holdsLines(const std::string& after, std::string before) {
+    std::replace(before.begin(), before.end(), '\r', '\n'); // which ends a line alone, too
     std::istringstream lines(before);
     for (std::string line; std::getline(lines, line);) {
         while (!line.empty() && std::isspace(static_cast<unsigned char>(line.back())) != 0)
