@@ -251,7 +251,7 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
     const LogindSleep sleep(mainQueue, log, [&] { displayChanges.woke(); });
     urlChannel.deliver(urls);
     if (launched)
-        launched({mainQueue, delegate});
+        launched({mainQueue, delegate, preferences});
     runLoop.drive(mainQueue);
     const int status = QCoreApplication::exec();
     std::fflush(nullptr);

@@ -10,11 +10,13 @@
 namespace noctra {
 
 class AppDelegate;
+class Preferences;
 
 /// What a program that drives this one in a test may reach besides the shared objects.
 struct RunningProgram {
     MainQueue& mainQueue;
     AppDelegate& delegate;
+    Preferences& preferences;
 };
 
 /// Says on standard error what keeps the program from running; returns its exit status.

@@ -24,6 +24,7 @@
 #include "app/linux/LinuxProgram.h"
 #include "engine/ColorFilterManager.h"
 #include "foundation/Numbers.h"
+#include "platform/Preferences.h"
 #include "pwmsafe/PwmSafeManager.h"
 
 namespace {
@@ -43,15 +44,16 @@ const char* stateOf(const PwmSafeManager& manager) {
     return manager.verified ? "Locked" : "Locking";
 }
 
-void printState() {
+void printState(const Preferences& preferences) {
     const ColorFilterManager& engine = ColorFilterManager::shared();
     const PwmSafeManager& manager = PwmSafeManager::shared();
-    std::printf("state pwm=%s controllable=%d flicker=%s hardware=%s login=%d\n", stateOf(manager),
-                manager.hasControllableDisplay ? 1 : 0, nameOf(engine.flickerWarningLevel()),
+    std::printf("state pwm=%s controllable=%d flicker=%s hardware=%s login=%d stored=%d\n",
+                stateOf(manager), manager.hasControllableDisplay ? 1 : 0,
+                nameOf(engine.flickerWarningLevel()),
                 engine.hardwareBrightnessAvailable
                     ? shortestDecimal(engine.hardwareBrightness.get()).c_str()
                     : "unknown",
-                engine.startAtLogin ? 1 : 0);
+                engine.startAtLogin ? 1 : 0, preferences.boolForKey("pwmSafeMode") ? 1 : 0);
     std::fflush(stdout);
 }
 
@@ -82,7 +84,7 @@ void printPanel() {
 
 void obey(const std::string& line, const RunningProgram& program) {
     if (line == "state" || line == "open")
-        printState();
+        printState(program.preferences);
     else if (line == "pwm on" || line == "pwm off")
         PwmSafeManager::shared().isEnabled = line == "pwm on";
     else if (line == "login on" || line == "login off")

@@ -25,6 +25,19 @@ void check(bool succeeded, const std::string& what) {
         throw std::runtime_error(what + ": " + std::strerror(errno));
 }
 
+/// The disk itself, not the place where it is mounted: programs have mounts of their own. False
+/// while somebody is writing a file there; one refusal spoils the descriptor.
+bool remount(const std::filesystem::path& path, bool readOnly) {
+    const int disk = fspick(AT_FDCWD, path.c_str(), FSPICK_CLOEXEC);
+    check(disk >= 0 && fsconfig(disk, FSCONFIG_SET_FLAG, readOnly ? "ro" : "rw", nullptr, 0) == 0,
+          "the disk cannot be set up anew");
+    const bool done = fsconfig(disk, FSCONFIG_CMD_RECONFIGURE, nullptr, nullptr, 0) == 0;
+    const bool refused = !done && errno == EBUSY;
+    close(disk);
+    check(done || refused, "the disk cannot be made read-only, or writable again");
+    return done;
+}
+
 } // namespace
 
 void enterOwnMounts() {
@@ -61,24 +74,17 @@ void SmallDisk::fill() {
 }
 
 void SmallDisk::repair() {
-    setReadOnly(false);
+    if (!setReadOnly(false))
+        throw std::runtime_error("the disk stays read-only");
     if (std::exchange(full_, false))
         check(unlink((path_ / filler).c_str()) == 0, "the filler stays");
 }
 
-void SmallDisk::setReadOnly(bool readOnly) {
-    if (std::exchange(readOnly_, readOnly) == readOnly)
-        return;
-    // The disk itself, not the place where it is mounted: programs have mounts of their own.
-    const int disk = fspick(AT_FDCWD, path_.c_str(), FSPICK_CLOEXEC);
-    check(disk >= 0 && fsconfig(disk, FSCONFIG_SET_FLAG, readOnly ? "ro" : "rw", nullptr, 0) == 0,
-          "the disk cannot be set up anew");
-    // Refused while somebody is writing a file there.
-    const bool done = pollUntil(patience, [&] {
-        return fsconfig(disk, FSCONFIG_CMD_RECONFIGURE, nullptr, nullptr, 0) == 0;
-    });
-    close(disk);
-    check(done, "the disk cannot be made read-only, or writable again");
+bool SmallDisk::setReadOnly(bool readOnly) {
+    if (readOnly_ != readOnly &&
+        pollUntil(Duration(1000), [&] { return remount(path_, readOnly); }))
+        readOnly_ = readOnly;
+    return readOnly_ == readOnly;
 }
 
 } // namespace noctra::desktop

@@ -21,7 +21,8 @@ public:
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
     /// Takes up the last byte.
     void fill();
-    void setReadOnly(bool readOnly);
+    /// False where somebody goes on writing a file there: the disk is then as it was.
+    [[nodiscard]] bool setReadOnly(bool readOnly);
     /// Undoes both.
     void repair();
     /// Whether programs can write.

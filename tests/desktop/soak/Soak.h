@@ -1,15 +1,16 @@
 #pragma once
 
+#include <filesystem>
 #include <iostream>
 #include <map>
 #include <memory>
 #include <optional>
-#include <random>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "tests/desktop/soak/SmallDisk.h"
+#include "tests/desktop/soak/SoakChance.h"
 #include "tests/desktop/soak/SoakModel.h"
 #include "tests/desktop/support/FakeBacklight.h"
 #include "tests/desktop/support/MockLogind.h"
@@ -19,26 +20,15 @@
 
 namespace noctra::desktop {
 
-/// Random numbers that are the same on every machine.
-class SoakChance {
-public:
-    explicit SoakChance(unsigned seed) : engine_(seed) {}
-    int below(int limit) { return static_cast<int>(engine_() % static_cast<unsigned>(limit)); }
-    bool once(int in) { return below(in) == 0; }
-    template <typename Values>
-    auto of(const Values& values) {
-        return *(std::begin(values) + below(static_cast<int>(std::size(values))));
-    }
-    Point in(const Box& box) { return {box.x + below(box.width), box.y + below(box.height)}; }
-
-private:
-    std::mt19937 engine_;
-};
+/// Folders in it included; 0 where there is none.
+[[nodiscard]] std::size_t countFiles(const std::filesystem::path& folder);
 
 /// A whole desktop, the program on it, and what is expected of them. Actions change the desktop and
 /// the model together; `settle` waits until all is quiet, and says where the two differ.
 class Soak : public PanelFixture {
 protected:
+    using Answer = std::map<std::string, std::string>; ///< values by their names
+
     struct Action {
         const char* name;
         int weight;
@@ -61,6 +51,7 @@ private:
     // The desktop.
     void learnThePanel();
     void start();
+    Ending awaitEnding(const Ending& expected);
     void endAndStartAgain(const Ending& expected);
     void bringUp();
     void takeDown();
@@ -73,6 +64,9 @@ private:
     void plug(int output, bool in);
     /// After the session bus was started again the program takes a while to find it.
     void awaitProgramOnBus();
+    void awaitCommands();
+    void awaitOtherStarts();
+    bool awaitTrayItem();
 
     // Actions.
     void goodUrl();
@@ -104,20 +98,23 @@ private:
     void loseTheServer();
 
     // Checks, in the order in which `settle` makes them.
-    void awaitOtherStarts();
     [[nodiscard]] bool isStoppedByHand();
+    [[nodiscard]] bool outlivesHands();
     void awaitRefresh();
     void checkState();
     void followHands();
     void checkTables();
     void checkBacklight();
-    void checkTray();
+    [[nodiscard]] bool levelIsUnknown() const;
+    void checkLevelAfterTheEnd();
     void checkPreferences();
+    [[nodiscard]] std::string preferencesTrouble();
+    [[nodiscard]] std::size_t mostFiles() const;
     void checkAutostart();
     void checkProcess();
     void checkLog();
-    [[nodiscard]] std::map<std::string, std::string> ask(const std::string& question);
-    [[nodiscard]] std::map<std::string, std::string> readPreferences();
+    Answer ask(const std::string& question);
+    [[nodiscard]] Answer readPreferences();
     [[nodiscard]] std::vector<Tables> ownTablesThatFit(int crtc, const Tables& carried,
                                                        bool filtered) const;
     [[nodiscard]] std::string tableTrouble(bool filtered) const;

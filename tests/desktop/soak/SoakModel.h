@@ -39,6 +39,7 @@ struct SoakModel {
     bool diskChanges = false;          ///< in this round: some of what is new may be saved already
     bool preferencesGone = false;      ///< with their folder
     std::optional<bool> login = false; ///< whether there is an autostart entry, where that is sure
+    bool loginAsked = false;           ///< for another, in this round
 
     // Since the program was started.
     std::size_t ignoredUrls = 0;

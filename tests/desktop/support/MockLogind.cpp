@@ -62,8 +62,9 @@ void MockLogind::refuseBrightness(bool refused) const {
 }
 
 void MockLogind::obeyBrightness(const std::string& file) const {
+    // Never empty in between: the mock may be killed then.
     answerSetBrightness("with open('" + file +
-                        "', 'r+') as f: f.truncate(); f.write(str(args[2]))");
+                        "', 'r+') as f: f.write(str(args[2]) + chr(10)); f.truncate()");
 }
 
 void MockLogind::answerSetBrightness(const std::string& code) const {
