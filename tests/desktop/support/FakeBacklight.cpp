@@ -1,6 +1,7 @@
 #include "tests/desktop/support/FakeBacklight.h"
 
 #include <filesystem>
+#include <fstream>
 
 #include "tests/desktop/support/MountNamespace.h"
 
@@ -16,13 +17,19 @@ FakeBacklight::FakeBacklight(int value) {
 
 int FakeBacklight::value() const {
     const std::string text = readFile(file("brightness"));
-    return text.empty() ? -1 : std::stoi(text); // empty while it is being written
+    return text.empty() ? -1 : std::stoi(text); // empty while others write it
 }
 
-/// In one step, as the kernel's files change: who reads meanwhile finds the one value or the other.
+/// In the file that programs may hold open, which is never empty: the kernel's files are not,
+/// either.
 void FakeBacklight::set(int value) const {
-    writeFile(file("brightness.next"), std::to_string(value) + "\n");
-    std::filesystem::rename(file("brightness.next"), file("brightness"));
+    const std::string text = std::to_string(value) + "\n";
+    std::fstream open(file("brightness"), std::ios::in | std::ios::out);
+    if (!open)
+        return writeFile(file("brightness"), text);
+    open << text;
+    open.close();
+    std::filesystem::resize_file(file("brightness"), text.size());
 }
 
 void FakeBacklight::stickAt(int value) const {
