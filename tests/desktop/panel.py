@@ -1,0 +1,217 @@
+"""The panel as a person works it: the mouse and the keyboard by xdotool, and what assistive technology is
+told of it, which is also where the tests learn what is where."""
+
+import subprocess
+
+import dbus.bus
+from Xlib import X
+
+from desk import PATIENCE, wait_until
+
+TITLE = "NOCTRA"
+FIRST_DISPLAY = (0, 0, 800, 600)  # x, y, width, height: the panel has room on it
+ELSEWHERE = (100, 500)
+GEAR, WARMTH, BRIGHTNESS, PWM_SAFE, POWER = (
+    "Settings", "WARMTH", "BRIGHTNESS", "PWM-SAFE MODE", "Noctra filter")
+SHEET, CLOSE, COPY, STOP = "SETTINGS", "CLOSE", "COPY DIAGNOSTICS", "EMERGENCY STOP (QUIT)"
+LAUNCH_AT_LOGIN, ALLOW_EXTREME_DIM = "LAUNCH AT LOGIN", "ALLOW EXTREME DIM"
+STATES = {"active": 1, "checked": 4, "focusable": 11, "focused": 12, "showing": 25}
+
+
+def at(box, across, down):
+    """A place in a box (x, y, width, height), in shares of its size."""
+    x, y, width, height = box
+    return x + int(across * (width - 1)), y + int(down * (height - 1))
+
+
+class Hands:
+    """What is done has reached the server when a call returns, not the program."""
+
+    def __init__(self, desk):
+        self.environment = {"DISPLAY": desk.server.display}
+
+    def do(self, *words):
+        subprocess.run(["/usr/bin/xdotool", *(str(word) for word in words)], env=self.environment,
+                       check=True, capture_output=True, timeout=PATIENCE)
+
+    def move(self, x, y):
+        self.do("mousemove", x, y)
+
+    def click(self, x, y, button=1):
+        self.do("mousemove", x, y, "click", "--delay", 0, button)
+
+    def drag(self, start, end, steps=20):
+        way = [word for step in range(1, steps + 1)
+               for word in ("mousemove", *(a + (b - a) * step // steps for a, b in zip(start, end)))]
+        self.do("mousemove", *start, "mousedown", 1, *way, "mouseup", 1)
+
+    def type(self, *keys):
+        self.do("key", *keys)
+
+    def windows(self, title=TITLE):
+        """The boxes of the windows with that title that are on the screen."""
+        found = subprocess.run(["/usr/bin/xdotool", "search", "--onlyvisible", "--name", f"^{title}$",
+                                "getwindowgeometry", "--shell", "%@"], env=self.environment,
+                               capture_output=True, text=True, timeout=PATIENCE).stdout
+        values = dict()
+        boxes = []
+        for line in found.splitlines():
+            name, _, value = line.partition("=")
+            values[name] = value
+            if name == "SCREEN":
+                boxes.append(tuple(int(values[part]) for part in ("X", "Y", "WIDTH", "HEIGHT")))
+        return boxes
+
+
+class Accessible:
+    """One thing of a program as assistive technology is told of it, asked anew each time; raises
+    dbus.DBusException where the program no longer has it."""
+
+    def __init__(self, bus, service, path):
+        self.bus, self.service, self.path = bus, service, path
+
+    def call(self, interface, method, signature="", *arguments):
+        return self.bus.call_blocking(self.service, self.path, interface, method, signature, arguments,
+                                      timeout=PATIENCE)
+
+    def get(self, name, interface="org.a11y.atspi.Accessible"):
+        return self.call("org.freedesktop.DBus.Properties", "Get", "ss", interface, name)
+
+    @property
+    def name(self):
+        return str(self.get("Name"))
+
+    @property
+    def description(self):
+        return str(self.get("Description"))
+
+    @property
+    def role(self):
+        return str(self.call("org.a11y.atspi.Accessible", "GetRoleName"))
+
+    def is_(self, state):
+        words = self.call("org.a11y.atspi.Accessible", "GetState")
+        return bool(words[STATES[state] // 32] >> STATES[state] % 32 & 1)
+
+    @property
+    def box(self):
+        return tuple(int(n) for n in self.call("org.a11y.atspi.Component", "GetExtents", "u", 0))
+
+    def value(self, which="CurrentValue"):
+        return float(self.get(which, "org.a11y.atspi.Value"))
+
+    def set_value(self, value):
+        self.call("org.freedesktop.DBus.Properties", "Set", "ssv", "org.a11y.atspi.Value", "CurrentValue",
+                  dbus.Double(value, variant_level=1))
+
+    def perform(self, action):
+        actions = [str(name) for name, *_ in self.call("org.a11y.atspi.Action", "GetActions")]
+        self.call("org.a11y.atspi.Action", "DoAction", "i", actions.index(action))
+
+    def all(self):
+        """This and what is in it, a parent before its children; what goes meanwhile is left out."""
+        yield self
+        try:
+            for service, path in self.call("org.a11y.atspi.Accessible", "GetChildren"):
+                yield from Accessible(self.bus, service, path).all()
+        except dbus.DBusException:
+            return
+
+
+class Panel:
+    """Made before the program is started."""
+
+    def __init__(self, desk):
+        self.desk, self.hands = desk, Hands(desk)
+        desk.xrandr("--output", "DUMMY0", "--mode", "800x600")
+        # Without a display: the address must not be left behind on an X server that other tests use.
+        self.launcher = desk.run("/usr/libexec/at-spi-bus-launcher", "--launch-immediately",
+                                 environment={"DISPLAY": None, "GSETTINGS_BACKEND": "memory"})
+        assert wait_until(lambda: desk.bus.has("org.a11y.Bus"))
+        address = desk.bus.client().call_blocking("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus",
+                                                  "GetAddress", "", ())
+        self.root = Accessible(dbus.bus.BusConnection(str(address)), "org.a11y.atspi.Registry",
+                               "/org/a11y/atspi/accessible/root")
+        desk.environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+        self.hands.move(*at(FIRST_DISPLAY, 1, 1))
+
+    def find(self, name, holds=lambda one: True):
+        """The control of that name for which the condition holds, if there is one now."""
+        for one in self.root.all():
+            try:
+                if one.name == name and one.role != "application" and holds(one):
+                    return one
+            except dbus.DBusException:
+                pass
+        return None
+
+    def becomes(self, name, holds):
+        return wait_until(lambda: self.find(name, holds))
+
+    def reads(self, name, description):
+        return self.becomes(name, lambda one: one.description == description)
+
+    def control(self, name):
+        found = wait_until(lambda: self.find(name))
+        assert found, f"the panel has no {name}"
+        return found
+
+    def show(self, program):
+        """Comes back when the panel can be worked with."""
+        self.desk.command(program, "noctra://show")
+        assert self.becomes(TITLE, lambda one: one.role == "frame" and one.is_("active"))
+        self.control(POWER)
+
+    def start(self, **options):
+        program = self.desk.start(**options)
+        self.show(program)
+        return program
+
+    def opens(self):
+        return wait_until(self.hands.windows)
+
+    def goes(self):
+        return wait_until(lambda: not self.hands.windows() and not self.find(TITLE))
+
+    def place(self, name):
+        """Where the control is, once it is shown and has come to rest."""
+        boxes = []
+
+        def rests():
+            shown = self.find(name, lambda one: one.is_("showing"))
+            boxes.append(shown and shown.box)
+            return shown and boxes[-2:] == [boxes[-1]] * 2
+        assert wait_until(rests), f"the panel does not show {name}"
+        return boxes[-1]
+
+    def click(self, name):
+        self.hands.click(*at(self.place(name), 0.5, 0.5))
+
+    def drag(self, fader, up):
+        """From one end of the fader beyond the other."""
+        box = self.place(fader)
+        self.hands.drag(at(box, 0.5, up), at(box, 0.5, not up))
+
+    def open_settings(self):
+        self.click(GEAR)
+        whole = self.control(TITLE).box
+        assert self.becomes(SHEET, lambda one: one.box == whole), "the settings did not open"
+
+    def close_settings(self):
+        self.click(CLOSE)
+        assert wait_until(lambda: not self.find(SHEET)), "the settings did not close"
+
+
+def pixels(desk, box):
+    """What is on the screen there, as 0xRRGGBB, row by row."""
+    data = desk.server.root.get_image(*box, X.ZPixmap, 0xFFFFFF).data
+    return [data[i] | data[i + 1] << 8 | data[i + 2] << 16 for i in range(0, len(data), 4)]
+
+
+def middle_of(desk, box, colour, least=20):
+    """Where that colour is, if there are so many pixels of it."""
+    places = [divmod(i, box[2]) for i, pixel in enumerate(pixels(desk, box)) if pixel == colour]
+    if len(places) < least:
+        return None
+    return (box[0] + sum(x for _, x in places) // len(places),
+            box[1] + sum(y for y, _ in places) // len(places))

@@ -1,0 +1,34 @@
+"""The command line, the first lines of the log, and starts that fail."""
+
+import re
+
+import pytest
+
+
+def test_the_log_begins_with_version_system_and_screens(desk):
+    program = desk.start()
+    first, second, third = program.messages()[:3]
+    assert first == "Noctra v2.23 initialized"
+    assert second.startswith("Linux ")
+    assert third == "Screens: 3"
+    assert re.match(r"\[[0-2]\d:[0-5]\d:[0-5]\d\.\d{3}\] ", program.lines[0])
+    assert not program.errors
+
+
+@pytest.mark.parametrize("arguments, status, output", [
+    (["--version"], 0, "noctra 2.23"), (["--help"], 0, "noctra"), (["foo"], 2, None), (["--foo"], 2, None),
+    (["-h"], 2, None), ([""], 2, None), (["noctra://on", "foo"], 2, None)])
+def test_questions_on_the_command_line_need_no_display(desk, arguments, status, output):
+    program = desk.launch(*arguments, environment={"DISPLAY": None})
+    assert program.ends() == status
+    if output:
+        assert output in program.lines[0] and not program.errors
+    else:
+        assert len(program.errors) == 1 and "usage" in program.errors[0] and not program.lines
+
+
+@pytest.mark.parametrize("display", [None, ":7654", "nonsense"])
+def test_a_start_without_a_display_is_refused_with_one_line(desk, display):
+    program = desk.launch(environment={"DISPLAY": display})
+    assert program.ends() == 1
+    assert len(program.errors) == 1
