@@ -72,9 +72,11 @@ class Process:
             reader.start()
 
     def read(self, stream, lines):
-        for line in stream:
+        rest = b""
+        while chunk := stream.read1(1 << 16):  # whole lines, many at once: the program drops what waits too long
+            *whole, rest = (rest + chunk).split(b"\n")
             with self.printed:
-                lines.append(line.decode(errors="replace").rstrip("\n"))
+                lines.extend(line.decode(errors="replace") for line in whole)
                 self.printed.notify_all()
 
     def messages(self):
@@ -175,7 +177,7 @@ class Desk:
         for process in reversed(self.processes):
             process.clear_away()
         for process in self.processes:  # pytest shows this where the test has failed
-            print("$", *process.arguments, *process.lines, *process.errors, sep="\n")
+            print("$", *process.arguments, "", *process.lines, *process.errors, sep="\n")
         self.bus.kill()
         self.system_bus.kill()
         self.place.cleanup()
@@ -189,7 +191,7 @@ class Desk:
     def run(self, *arguments, environment={}, **options):
         """Another program on this desk; a variable that is None is taken out of the environment."""
         merged = {k: v for k, v in {**self.environment, **environment}.items() if v is not None}
-        self.processes.append(Process([str(a) for a in arguments], merged, **options))
+        self.processes.append(Process([a if isinstance(a, bytes) else str(a) for a in arguments], merged, **options))
         return self.processes[-1]
 
     def xrandr(self, *arguments):
@@ -222,6 +224,7 @@ class Desk:
         if wait:
             self.channel.send_message_with_reply_and_block(message, PATIENCE)
         else:
+            message.set_no_reply(True)
             self.channel.send_message(message)
             self.channel.flush()
 
