@@ -14,6 +14,7 @@ import ctypes
 import os
 import pathlib
 import re
+import shutil
 import signal
 import subprocess
 import tempfile
@@ -78,6 +79,8 @@ class Process:
             with self.printed:
                 lines.extend(line.decode(errors="replace") for line in whole)
                 self.printed.notify_all()
+        if rest:
+            lines.append(rest.decode(errors="replace"))
 
     def messages(self):
         """The log without its time stamps."""
@@ -161,7 +164,7 @@ class Desk:
         self.bus.start()
         self.system_bus = Bus(self.folder, "system-bus")  # starts where a test asks for it
         self.processes, self.channel = [], None
-        self.binary = os.environ.get("NOCTRA_BINARY", BUILD / "app/noctra")
+        self.binary = pathlib.Path(os.environ.get("NOCTRA_BINARY", BUILD / "app/noctra"))
         self.preferences = self.folder / "config/noctra/noctra.conf"
         self.prefer(filterIntensity=WARMTH, filterBrightness=BRIGHTNESS)
         self.environment = {
@@ -193,6 +196,16 @@ class Desk:
         merged = {k: v for k, v in {**self.environment, **environment}.items() if v is not None}
         self.processes.append(Process([a if isinstance(a, bytes) else str(a) for a in arguments], merged, **options))
         return self.processes[-1]
+
+    def take_away(self, library):
+        """From now on the program is one that lacks a library of its own."""
+        folder = self.folder / "programs"
+        folder.mkdir()
+        for entry in self.binary.parent.iterdir():
+            if entry.name != library and (entry.suffix == ".so" or entry.is_dir()):
+                (folder / entry.name).symlink_to(entry)
+        # Not as a link: a program looks where its file really is.
+        self.binary = pathlib.Path(shutil.copy2(self.binary, folder))
 
     def xrandr(self, *arguments):
         assert self.run("xrandr", *arguments).ends() == 0, arguments

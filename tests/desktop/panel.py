@@ -1,10 +1,12 @@
 """The panel as a person works it: the mouse and the keyboard by xdotool, and what assistive technology is
 told of it, which is also where the tests learn what is where."""
 
+import struct
 import subprocess
 
 import dbus.bus
-from Xlib import X
+from Xlib import X, display, error
+from Xlib.protocol import event
 
 from desk import PATIENCE, wait_until
 
@@ -28,7 +30,7 @@ class Hands:
     """What is done has reached the server when a call returns, not the program."""
 
     def __init__(self, desk):
-        self.environment = {"DISPLAY": desk.server.display}
+        self.server, self.environment = desk.server, {"DISPLAY": desk.server.display}
 
     def do(self, *words):
         subprocess.run(["/usr/bin/xdotool", *(str(word) for word in words)], env=self.environment,
@@ -48,19 +50,41 @@ class Hands:
     def type(self, *keys):
         self.do("key", *keys)
 
+    def shown(self, title=TITLE):
+        """The windows with that title that are on the screen, also those in a window manager's frames."""
+        found, above = [], [self.server.root]
+        while above:
+            try:
+                children = above.pop().query_tree().children
+            except error.BadWindow:
+                continue  # it has just gone
+            for window in children:
+                try:
+                    if window.get_attributes().map_state == X.IsViewable:
+                        above.append(window)
+                        if window.get_wm_name() == title:
+                            found.append(window)
+                except error.BadWindow:
+                    pass
+        return found
+
     def windows(self, title=TITLE):
-        """The boxes of the windows with that title that are on the screen."""
-        found = subprocess.run(["/usr/bin/xdotool", "search", "--onlyvisible", "--name", f"^{title}$",
-                                "getwindowgeometry", "--shell", "%@"], env=self.environment,
-                               capture_output=True, text=True, timeout=PATIENCE).stdout
-        values = dict()
+        """Their boxes."""
         boxes = []
-        for line in found.splitlines():
-            name, _, value = line.partition("=")
-            values[name] = value
-            if name == "SCREEN":
-                boxes.append(tuple(int(values[part]) for part in ("X", "Y", "WIDTH", "HEIGHT")))
+        for window in self.shown(title):
+            try:
+                size, corner = window.get_geometry(), window.translate_coords(self.server.root, 0, 0)
+                boxes.append((-corner.x, -corner.y, size.width, size.height))
+            except (error.BadDrawable, error.BadWindow):
+                pass
         return boxes
+
+    def ask_to_close(self, title=TITLE):
+        """As a window manager's close button does."""
+        (window,) = self.shown(title)
+        window.send_event(event.ClientMessage(window=window, client_type=self.server.atom("WM_PROTOCOLS"), data=(
+            32, [self.server.atom("WM_DELETE_WINDOW"), X.CurrentTime, 0, 0, 0])))
+        self.server.connection.sync()
 
 
 class Accessible:
@@ -168,10 +192,24 @@ class Panel:
         return program
 
     def opens(self):
-        return wait_until(self.hands.windows)
+        """Its boxes, once all that showing it entails is done: the program answers after that only."""
+        return wait_until(lambda: self.find(TITLE, lambda one: one.role == "frame") and self.hands.windows())
 
     def goes(self):
-        return wait_until(lambda: not self.hands.windows() and not self.find(TITLE))
+        return wait_until(lambda: not self.hands.windows()
+                          and not self.find(TITLE, lambda one: one.role == "frame"))
+
+    def settings_manager(self, name, value):
+        """Tells programs one of the desktop's settings over XSETTINGS until it is closed."""
+        connection = display.Display(self.desk.server.display)
+        window = connection.screen().root.create_window(-1, -1, 1, 1, 0, 0, X.InputOnly)
+        setting = struct.pack("<BBH", 0, 0, len(name)) + name + b"\0" * (-len(name) % 4)
+        atom = connection.intern_atom("_XSETTINGS_SETTINGS")
+        window.change_property(atom, atom, 8, struct.pack("<BxxxII", 0, 1, 1) + setting
+                               + struct.pack("<Ii", 1, value))
+        window.set_selection_owner(connection.intern_atom("_XSETTINGS_S0"), X.CurrentTime)
+        connection.sync()
+        return connection
 
     def place(self, name):
         """Where the control is, once it is shown and has come to rest."""

@@ -59,6 +59,7 @@ class XServer:
         self.resources = randr.get_screen_resources_current(self.root)
         self.outputs, self.crtcs = self.resources.outputs, self.resources.crtcs
         self.set = set()  # the properties that tests have given to outputs
+        self.of_the_server = set(self.root.list_properties())
 
     def end(self):
         self.process.kill()
@@ -84,7 +85,9 @@ class XServer:
             self.set_property(output, name, None)
         for output in range(lit):
             self.plug(output)
-        self.root.delete_property(self.atom("_ICC_PROFILE"))
+        for name in set(self.root.list_properties()) - self.of_the_server:
+            self.root.delete_property(name)  # a window manager's, a profile
+        self.connection.set_input_focus(X.PointerRoot, X.RevertToPointerRoot, X.CurrentTime)
         self.write([calibration(self.entries(crtc), crtc) for crtc in range(len(self.crtcs))])
         return self.tables()
 

@@ -1,0 +1,132 @@
+"""The item in the trays that people have: what it looks like, what clicks on it do, and that it is there
+whenever a tray is."""
+
+import pytest
+
+from desk import wait_until
+from machine import TrayHost
+from panel import ELSEWHERE, FIRST_DISPLAY, at, middle_of, pixels
+
+RED, WHITE, BLACK = TrayHost.ACTIVE, TrayHost.WHITE, TrayHost.BLACK
+
+
+
+@pytest.fixture(params=["notifier", "embedded"])
+def host(desk, request):
+    return TrayHost(desk, request.param)
+
+
+def place(desk, colour):
+    """The middle of the item, if it is there in that colour."""
+    return middle_of(desk, (FIRST_DISPLAY[2] - TrayHost.BAR, 0, TrayHost.BAR, TrayHost.BAR), colour)
+
+
+def item(desk, colour):
+    found = wait_until(lambda: place(desk, colour))
+    assert found, "the item is not in the tray"
+    return found
+
+
+def open_and_close(desk, panel, colour=RED):
+    panel.hands.click(*item(desk, colour))
+    assert panel.opens()
+    panel.hands.click(*ELSEWHERE)
+    assert panel.goes()
+
+
+def test_the_item_shows_the_filter_and_opens_and_closes_the_panel(desk, panel, host):
+    host.start()
+    program = desk.start()
+    where = item(desk, WHITE)  # a template on a dark bar
+    kind = "system tray of the X server" if host.kind == "embedded" else "StatusNotifierItem"
+    assert program.count("Tray: " + kind) == 1
+    desk.command(program, "noctra://on")
+    item(desk, RED)
+    desk.command(program, "noctra://off")
+    item(desk, WHITE)
+
+    def on_the_ground_and_on_the_item(box):
+        panel.hands.click(*at(box, 0.5, 0.65))
+        panel.hands.click(*where)
+
+    for closing in (on_the_ground_and_on_the_item, lambda box: panel.hands.click(*ELSEWHERE),
+                    lambda box: panel.hands.type("Escape")):
+        panel.hands.click(*where)
+        ((x, y, width, height),) = boxes = panel.opens()
+        assert x >= 0 and x + width <= 800 and y + height <= 600
+        assert not (x <= where[0] < x + width and y <= where[1] < y + height), "the panel lies over the item"
+        closing(boxes[0])
+        assert panel.goes()
+    assert desk.ends_cleanly(program)
+
+
+def test_a_right_click_offers_to_quit_and_nothing_else(desk, panel, host):
+    host.start()
+    program = desk.start_dimmed()
+    where = item(desk, RED)
+    below = FIRST_DISPLAY[2] - 250, 0, 250, 100
+    panel.hands.move(*where)
+    looks = [pixels(desk, below)]
+    wait_until(lambda: looks.append(pixels(desk, below)) or looks[-1] == looks[-2], 1)
+    panel.hands.click(*where, button=3)
+    assert wait_until(lambda: pixels(desk, below) != looks[-1]), "no menu comes"
+    assert not panel.hands.windows()
+    panel.hands.type("Escape")
+    wait_until(lambda: pixels(desk, below) == looks[-1], 2)
+    open_and_close(desk, panel)  # left clicks are not the menu's
+
+    panel.hands.click(*where, button=3)
+
+    def chooses():
+        """The menu's first item is its last, too, so that both keys lead to it."""
+        panel.hands.type("Up", "Return")
+        return program.child.poll() is not None
+    assert wait_until(chooses)
+    assert program.ends() == 0
+    assert program.count("App terminating - restoring gamma") == 1
+    assert desk.is_untouched()
+
+
+def test_a_tray_that_comes_late_or_comes_back_gets_the_item(desk, panel, host):
+    program = desk.start_dimmed()
+    for _ in range(3):
+        host.start()
+        open_and_close(desk, panel)
+        host.kill()
+        assert wait_until(lambda: not place(desk, RED))
+    desk.command(program, "noctra://show")
+    assert panel.opens()
+    assert desk.ends_cleanly(program)
+
+
+def test_item_and_commands_come_back_with_the_session_bus(desk, panel, host):
+    host.start()
+    program = desk.start_dimmed()
+    item(desk, RED)
+    for times in 1, 2:
+        desk.bus.kill()
+        assert program.says("unavailable: the session bus went away", times)
+        assert desk.is_dimmed()
+        desk.bus.start()
+        assert program.says("Automation commands from other programs available again", times)
+        for url in "noctra://off", "noctra://on":
+            assert desk.launch(url).ends() == 0
+        assert desk.is_dimmed()
+        if host.kind == "notifier":
+            host.kill()  # where it has not gone with its bus
+            host.start()
+        panel.hands.click(*item(desk, RED))
+        assert wait_until(panel.hands.windows)  # what assistive technology is told went with the bus
+        assert wait_until(lambda: panel.hands.click(*ELSEWHERE) or not panel.hands.windows())
+    assert program.count("Tray: ") == 1
+    assert desk.ends_cleanly(program)
+
+
+@pytest.mark.parametrize("bar, template", [(0x101010, WHITE), (0xF2F2F2, BLACK), (0x303080, WHITE)])
+def test_the_items_colour_suits_the_bar(desk, panel, bar, template):
+    TrayHost(desk, "embedded", bar).start()
+    program = desk.start()
+    item(desk, template)
+    desk.command(program, "noctra://on")
+    item(desk, RED)
+    assert desk.ends_cleanly(program)
