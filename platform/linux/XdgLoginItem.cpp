@@ -1,15 +1,13 @@
 #include "platform/linux/XdgLoginItem.h"
 
-#include <algorithm>
-#include <string_view>
 #include <utility>
-#include <vector>
 
 #include <sys/stat.h>
 
 #include "platform/linux/autostart/DesktopEntry.h"
 #include "platform/linux/autostart/EntryFile.h"
 #include "platform/linux/autostart/ExecLine.h"
+#include "platform/linux/autostart/StartRules.h"
 
 namespace noctra {
 
@@ -21,44 +19,9 @@ constexpr auto noFolder =
     "there is no configuration folder: neither XDG_CONFIG_HOME nor HOME is an "
     "absolute path that can be used";
 
-// By which a desktop's settings switch an entry off.
-constexpr auto desktopsSwitch = "X-GNOME-Autostart-enabled";
-
-/// The absolute paths in a list; others do not count.
-std::vector<std::string> absolutePaths(std::string_view list) {
-    std::vector<std::string> paths;
-    while (!list.empty()) {
-        const std::size_t end = std::min(list.find(':'), list.size());
-        if (list.front() == '/')
-            paths.emplace_back(list.substr(0, end));
-        list.remove_prefix(std::min(end + 1, list.size()));
-    }
-    return paths;
-}
-
-bool isSwitchedOff(const DesktopEntry& entry) {
-    return entry.has("Hidden", "true") || entry.has(desktopsSwitch, "false");
-}
-
-bool isFile(const std::string& path) {
-    struct stat status {};
-    return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
-}
-
 bool isFolder(const std::string& path) {
     struct stat status {};
     return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-}
-
-DesktopEntry newEntry() {
-    return DesktopEntry("[Desktop Entry]\n"
-                        "Type=Application\n"
-                        "Version=1.0\n"
-                        "Name=Noctra\n"
-                        "Comment=Dims and warms every display without backlight flicker\n"
-                        "Icon=org.noctra.Noctra\n"
-                        "Terminal=false\n"
-                        "X-GNOME-Autostart-enabled=true\n");
 }
 
 } // namespace
@@ -91,38 +54,28 @@ std::string XdgLoginItem::registerItem() {
     if (!own.text && status() == Status::enabled) // system-wide
         return {};
     DesktopEntry entry = own.text ? DesktopEntry(*own.text) : newEntry();
-    if (entry.has("Hidden", "true"))
-        entry.remove("Hidden");
-    if (entry.has(desktopsSwitch, "false"))
-        entry.remove(desktopsSwitch);
-    entry.set("Type", "Application");
-    if (!entry.value("Name"))
-        entry.set("Name", "Noctra");
-    if (!canRun(entry)) {
-        entry.set("Exec", execLineFor(program_));
-        entry.remove("TryExec"); // names the old place
-    }
+    makeStart(entry, session(), execLineFor(program_));
     const std::string text = entry.text();
     return text == own.text ? "" : replaceEntry(folder + entryName, text);
 }
 
 std::string XdgLoginItem::unregisterItem() {
     const std::string folder = userFolder();
-    if (folder.empty())
-        return status() == Status::enabled ? noFolder : "";
-    const EntryFile own = readEntry(folder + entryName);
+    const EntryFile own = folder.empty() ? EntryFile{} : readEntry(folder + entryName);
     if (!own.error.empty())
         return own.error;
+    if (status() != Status::enabled)
+        return {}; // every start of the program asks for what is so already
+    if (folder.empty())
+        return noFolder;
     const auto system = systemEntry();
-    if (!system || isSwitchedOff(DesktopEntry(*system)))
-        return own.text ? removeEntry(folder + entryName) : "";
-    // An entry of the user's hides the system's.
+    const bool isNeeded = system && statusOf(DesktopEntry(*system)) == Status::enabled;
+    if (!isNeeded && own.text == newEntry().text())
+        return removeEntry(folder + entryName);
+    // Keeps what is the user's own in it, or hides the system's.
     DesktopEntry entry = own.text ? DesktopEntry(*own.text) : newEntry();
     entry.set("Hidden", "true");
-    if (!entry.value("Exec"))
-        entry.set("Exec", execLineFor(program_));
-    const std::string text = entry.text();
-    return text == own.text ? "" : replaceEntry(folder + entryName, text);
+    return replaceEntry(folder + entryName, entry.text());
 }
 
 std::string XdgLoginItem::userFolder() const {
@@ -143,22 +96,24 @@ std::optional<std::string> XdgLoginItem::systemEntry() const {
 LoginItem::Status XdgLoginItem::statusOf(const DesktopEntry& entry) const {
     if (isSwitchedOff(entry))
         return Status::requiresApproval;
-    // Whatever it runs: it may be a wrapper of the user's, or another copy of the program.
-    return entry.has("Type", "Application") && !entry.value("Exec").value_or("").empty()
-               ? Status::enabled
-               : Status::notRegistered;
+    return isStarted(entry, session()) ? Status::enabled : Status::notRegistered;
 }
 
-bool XdgLoginItem::canRun(const DesktopEntry& entry) const {
-    const auto arguments = argumentsIn(entry.value("Exec").value_or(""));
-    if (arguments.empty() || arguments.front().empty())
-        return false;
-    const std::string& command = arguments.front();
-    if (command.find('/') != std::string::npos)
-        return command.starts_with('/') && isFile(command);
-    const auto folders = absolutePaths(variable("PATH"));
-    return std::any_of(folders.begin(), folders.end(),
-                       [&](const std::string& folder) { return isFile(folder + "/" + command); });
+DesktopEntry XdgLoginItem::newEntry() const {
+    return DesktopEntry("[Desktop Entry]\n"
+                        "Type=Application\n"
+                        "Version=1.0\n"
+                        "Name=Noctra\n"
+                        "Comment=Dims and warms every display without backlight flicker\n"
+                        "Icon=org.noctra.Noctra\n"
+                        "Terminal=false\n"
+                        "X-GNOME-Autostart-enabled=true\n"
+                        "Exec=" +
+                        execLineFor(program_) + "\n");
+}
+
+AutostartSession XdgLoginItem::session() const {
+    return autostartSession(variable("XDG_CURRENT_DESKTOP"), variable("PATH"));
 }
 
 std::string XdgLoginItem::variable(const char* name) const {

@@ -31,7 +31,20 @@ std::string escaped(std::string_view text) {
     return value;
 }
 
-std::string unescaped(std::string_view value) {
+} // namespace
+
+std::string execLineFor(std::string_view path) {
+    const bool quoted = path.empty() || path.find_first_of(reserved) != std::string_view::npos;
+    std::string argument;
+    for (const char character : path) {
+        if (escapedInQuotes.find(character) != std::string_view::npos)
+            argument.append(1, '\\');
+        argument.append(character == '%' ? 2 : 1, character); // a single one is a field code
+    }
+    return escaped(quoted ? '"' + argument + '"' : argument);
+}
+
+std::string textIn(std::string_view value) {
     std::string text;
     for (std::size_t i = 0; i < value.size(); ++i) {
         char character = value[i];
@@ -52,22 +65,9 @@ std::string unescaped(std::string_view value) {
     return text;
 }
 
-} // namespace
-
-std::string execLineFor(std::string_view path) {
-    const bool quoted = path.empty() || path.find_first_of(reserved) != std::string_view::npos;
-    std::string argument;
-    for (const char character : path) {
-        if (escapedInQuotes.find(character) != std::string_view::npos)
-            argument.append(1, '\\');
-        argument.append(character == '%' ? 2 : 1, character); // a single one is a field code
-    }
-    return escaped(quoted ? '"' + argument + '"' : argument);
-}
-
 std::vector<std::string> argumentsIn(std::string_view execLine) {
     std::vector<std::string> arguments;
-    const std::string line = unescaped(execLine);
+    const std::string line = textIn(execLine);
     bool isInArgument = false;
     bool isQuoted = false;
     for (std::size_t i = 0; i < line.size(); ++i) {

@@ -20,7 +20,7 @@ protected:
 
     LoginItemFixture() {
         std::filesystem::create_directories(folder_ / "bin");
-        desktop::writeFile(program(), "");
+        writeProgram(program());
     }
 
     [[nodiscard]] std::string program() const { return folder_ / "bin" / "noctra"; }
@@ -39,6 +39,10 @@ protected:
     static void write(const Path& file, const std::string& text) {
         std::filesystem::create_directories(file.parent_path());
         desktop::writeFile(file, text);
+    }
+    static void writeProgram(const Path& file) {
+        write(file, "");
+        std::filesystem::permissions(file, std::filesystem::perms(0755));
     }
     /// An entry that runs the program, with more lines.
     [[nodiscard]] std::string entry(const std::string& more = {}) const {

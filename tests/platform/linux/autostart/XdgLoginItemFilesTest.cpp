@@ -78,13 +78,13 @@ TEST_F(XdgLoginItemFilesTest, ALinkIsReadThroughAndReplacedItself) {
         std::filesystem::remove(own());
     }
     std::filesystem::create_symlink(target, own());
+    desktop::writeFile(target, entry());
     EXPECT_EQ(item().unregisterItem(), "");
-    EXPECT_FALSE(is_symlink(own()));
-    EXPECT_TRUE(exists(target));
+    EXPECT_EQ(desktop::readFile(own()), entry("Hidden=true\n"));
+    EXPECT_EQ(desktop::readFile(target), entry());
 }
 
 TEST_F(XdgLoginItemFilesTest, NothingIsWrittenWhereNothingChanges) {
-    write(systems(), entry());
     const auto identity = [this] {
         struct stat status {};
         EXPECT_EQ(::stat(own().c_str(), &status), 0);
@@ -94,9 +94,21 @@ TEST_F(XdgLoginItemFilesTest, NothingIsWrittenWhereNothingChanges) {
     const auto before = identity();
     EXPECT_EQ(item().registerItem(), "");
     EXPECT_EQ(identity(), before);
-    write(own(), entry("Hidden=true\n"));
-    EXPECT_EQ(item().unregisterItem(), "");
-    EXPECT_EQ(identity(), before);
+    const std::string delayed =
+        "[Desktop Entry]\nType=Application\nName=Noctra\nExec=sh -c \"sleep 20; noctra\"\n";
+    for (const bool hasSystems : {false, true}) {
+        if (hasSystems)
+            write(systems(), entry());
+        for (const std::string& off :
+             {delayed + "Hidden=true\n", delayed + "X-GNOME-Autostart-enabled=false\n",
+              delayed + "X-MATE-Autostart-enabled=false\n", delayed + "OnlyShowIn=KDE;\n",
+              delayed + "TryExec=noctra-gone\n", std::string("# mine\n")}) {
+            write(own(), off);
+            EXPECT_EQ(item().unregisterItem(), "");
+            EXPECT_EQ(desktop::readFile(own()), off);
+            EXPECT_EQ(identity(), before);
+        }
+    }
 }
 
 TEST_F(XdgLoginItemFilesTest, AReaderSeesTheOldEntryOrTheNewOne) {

@@ -15,6 +15,9 @@ TEST_F(XdgLoginItemTest, TheEntryTellsTheStatus) {
         std::string text;
         Status status;
     };
+    variables_["XDG_CURRENT_DESKTOP"] = "ubuntu:GNOME";
+    write(folder_ / "bin/unrunnable", "");
+    const std::string unrunnable = folder_ / "bin/unrunnable";
     const std::string start = "[Desktop Entry]\nType=Application\nName=Noctra\n";
     for (const Case& known : {
              Case{entry(), Status::enabled},
@@ -22,6 +25,19 @@ TEST_F(XdgLoginItemTest, TheEntryTellsTheStatus) {
              Case{entry("Hidden=true\n"), Status::requiresApproval},
              Case{entry(" Hidden = true \r\n"), Status::requiresApproval},
              Case{entry("X-GNOME-Autostart-enabled=false"), Status::requiresApproval},
+             Case{entry("X-MATE-Autostart-enabled=false"), Status::requiresApproval},
+             Case{entry("OnlyShowIn=KDE;GNOME;\n"), Status::enabled},
+             Case{entry("OnlyShowIn=KDE;XFCE\n"), Status::notRegistered},
+             Case{entry("OnlyShowIn=ubuntu\nNotShowIn=GNOME\n"), Status::enabled},
+             Case{entry("OnlyShowIn=GNOME\nNotShowIn=ubuntu\n"), Status::notRegistered},
+             Case{entry("NotShowIn=KDE;\n"), Status::enabled},
+             Case{entry("NotShowIn=KDE;GNOME;\n"), Status::notRegistered},
+             Case{entry("TryExec=noctra\n"), Status::enabled},
+             Case{entry("TryExec=noctra-gone\n"), Status::notRegistered},
+             Case{entry("TryExec=/gone/noctra\n"), Status::notRegistered},
+             Case{entry("TryExec=" + unrunnable), Status::notRegistered},
+             Case{start + "Exec=" + unrunnable, Status::notRegistered},
+             Case{start + "Exec=unrunnable --x", Status::notRegistered},
              Case{entry("#Hidden=true\nHidden[de]=true\n[Other]\nHidden=true\n"), Status::enabled},
              Case{entry("Hidden=true\nHidden=false\n"), Status::enabled},
              Case{"[Other]\nExec=x\n" + entry(), Status::enabled},
@@ -39,6 +55,15 @@ TEST_F(XdgLoginItemTest, TheEntryTellsTheStatus) {
         write(own(), known.text);
         EXPECT_EQ(item().status(), known.status) << known.text;
     }
+}
+
+TEST_F(XdgLoginItemTest, ASessionWithoutANameStartsWhatIsForNoneInParticular) {
+    write(own(), entry("NotShowIn=KDE;\n"));
+    EXPECT_EQ(item().status(), Status::enabled);
+    write(own(), entry("OnlyShowIn=KDE;\n"));
+    EXPECT_EQ(item().status(), Status::notRegistered);
+    EXPECT_EQ(item().registerItem(), "");
+    EXPECT_EQ(desktop::readFile(own()), entry());
 }
 
 TEST_F(XdgLoginItemTest, RegisteringAndUnregisteringAgain) {
@@ -71,7 +96,9 @@ TEST_F(XdgLoginItemTest, RegisteringChangesOnlyWhatKeepsTheProgramFromStarting) 
     const std::string moved = "[Desktop Entry]\nType=Application\nName=Noctra\nExec=/old/noctra\n";
     const std::string wrapped =
         "[Desktop Entry]\nType=Application\nName=Noctra\nExec=noctra-wrapper %U\n";
-    write(folder_ / "bin/noctra-wrapper", "");
+    variables_["XDG_CURRENT_DESKTOP"] = "ubuntu:GNOME";
+    writeProgram(folder_ / "bin/noctra-wrapper");
+    write(folder_ / "bin/unrunnable", "");
     for (const Case& known : {
              Case{entry(extras + rest), entry(extras + rest)},
              Case{wrapped + extras, wrapped + extras},
@@ -81,6 +108,16 @@ TEST_F(XdgLoginItemTest, RegisteringChangesOnlyWhatKeepsTheProgramFromStarting) 
                   entry("X-GNOME-Autostart-enabled=true\n")},
              Case{entry(extras + "X-GNOME-Autostart-enabled=false\r\nHidden=false\n"),
                   entry(extras + "Hidden=false\n")},
+             Case{entry(extras + "X-MATE-Autostart-enabled=false\nTryExec=gone\n" + rest),
+                  entry(extras + rest)},
+             Case{wrapped + extras + "TryExec=gone\nTryExec[de]=x\n",
+                  wrapped + extras + "TryExec[de]=x\n"},
+             Case{entry("TryExec=noctra\nOnlyShowIn=KDE\n" + rest),
+                  entry("TryExec=noctra\nOnlyShowIn=KDE;ubuntu;\n" + rest)},
+             Case{entry("NotShowIn=KDE;GNOME;LXQt\n"), entry("NotShowIn=KDE;LXQt;\n")},
+             Case{entry("NotShowIn=GNOME;ubuntu\n"), entry()},
+             Case{"[Desktop Entry]\nType=Application\nName=Noctra\nExec=unrunnable\n" + extras,
+                  entry(extras)},
              Case{"[Desktop Entry]\nType=Application\nName=Mine" + rest,
                   "[Desktop Entry]\nType=Application\nName=Mine\nExec=" + program() + rest},
              Case{"[Desktop Entry]\nExec=noctra",
@@ -102,7 +139,7 @@ TEST_F(XdgLoginItemTest, ASystemWideEntryCountsUntilTheUserHasHisOwn) {
 
     EXPECT_EQ(item().unregisterItem(), "");
     EXPECT_EQ(item().status(), Status::requiresApproval);
-    EXPECT_TRUE(desktop::readFile(own()).ends_with("Hidden=true\nExec=" + program() + "\n"));
+    EXPECT_TRUE(desktop::readFile(own()).ends_with("Exec=" + program() + "\nHidden=true\n"));
 
     EXPECT_EQ(item().registerItem(), "");
     EXPECT_EQ(item().status(), Status::enabled);
@@ -110,9 +147,12 @@ TEST_F(XdgLoginItemTest, ASystemWideEntryCountsUntilTheUserHasHisOwn) {
     EXPECT_EQ(item().unregisterItem(), "");
     EXPECT_EQ(desktop::readFile(own()), entry("X-Mine=1\nHidden=true\n"));
 
-    std::filesystem::remove(systems());
+    write(systems(), entry("Hidden=true\n"));
+    EXPECT_EQ(item().registerItem(), "");
+    EXPECT_EQ(item().status(), Status::enabled) << "also over one that is switched off";
     EXPECT_EQ(item().unregisterItem(), "");
-    EXPECT_FALSE(exists(own()));
+    EXPECT_EQ(desktop::readFile(own()), entry("X-Mine=1\nHidden=true\n"))
+        << "what is the user's own stays";
 }
 
 } // namespace
