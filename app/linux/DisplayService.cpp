@@ -5,22 +5,36 @@
 #include <utility>
 
 #include "platform/linux/RuntimeDirectory.h"
+#include "platform/linux/Xwayland.h"
 
 namespace noctra {
 
 namespace {
 
+DisplayService notOnWayland(const std::string& found) {
+    return {.problem = "this is a Wayland session (" + found +
+                       "): Noctra cannot dim displays there yet; it needs an X11 session"};
+}
+
+std::string variable(const char* name) {
+    const char* value = std::getenv(name);
+    return value != nullptr ? value : "";
+}
+
 DisplayService createRandrDisplays(Log& log) {
+    const std::string name = variable("DISPLAY");
+    if (name.empty() && !variable("WAYLAND_DISPLAY").empty())
+        return notOnWayland("without an X server");
     RandrConnection connection = connectToRandr(nullptr);
     if (!connection.xcb)
         return {.problem = connection.description};
+    if (isXwayland(connection))
+        return notOnWayland("X display " + name +
+                            " is Xwayland, which passes no gamma tables on to the displays");
 
-    const char* name = std::getenv("DISPLAY");
     const RuntimeDirectory directory = openRuntimeDirectory();
-    auto opened = TableRecord::open(directory.path.empty()
-                                        ? std::string()
-                                        : directory.path + "/" +
-                                              tableRecordName(name != nullptr ? name : ""));
+    auto opened = TableRecord::open(
+        directory.path.empty() ? std::string() : directory.path + "/" + tableRecordName(name));
     if (opened.opened == TableRecord::Opened::inUse)
         return {.problem = "another Noctra is running on this display and cannot be reached: " +
                            opened.error};

@@ -27,8 +27,24 @@ def test_questions_on_the_command_line_need_no_display(desk, arguments, status, 
         assert len(program.errors) == 1 and "usage" in program.errors[0] and not program.lines
 
 
-@pytest.mark.parametrize("display", [None, ":7654", "nonsense"])
-def test_a_start_without_a_display_is_refused_with_one_line(desk, display):
-    program = desk.launch(environment={"DISPLAY": display})
+@pytest.mark.parametrize("display, wayland, reason", [
+    (None, None, "DISPLAY is not set"), (None, "wayland-1", "a Wayland session"), (":7654", None, ":7654"),
+    ("nonsense", None, "nonsense")])
+def test_a_start_without_a_display_is_refused_with_one_line(desk, display, wayland, reason):
+    program = desk.launch(environment={"DISPLAY": display, "WAYLAND_DISPLAY": wayland})
     assert program.ends() == 1
-    assert len(program.errors) == 1
+    assert len(program.errors) == 1 and reason in program.errors[0]
+
+
+def test_xwayland_is_refused_with_one_line_that_says_so(desk):
+    running = desk.start()
+    desk.server.set_property(1, "RANDR Emulation", b"\1")
+    handing_over = desk.launch("noctra://on")
+    assert handing_over.ends() == 0 and not handing_over.errors and desk.becomes_dimmed()
+    assert desk.ends_cleanly(running)
+    for arguments in [], ["noctra://on"]:
+        program = desk.launch(*arguments)
+        assert program.ends() == 1
+        assert len(program.errors) == 1 and "Xwayland" in program.errors[0] and not program.lines
+    assert desk.is_untouched()
+    assert desk.launch("--help").ends() == 0
