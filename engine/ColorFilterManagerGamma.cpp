@@ -69,7 +69,7 @@ void ColorFilterManager::removeFilter() {
         formAttachedSetUnsafe();
         for (const auto& [display, tables] : originalGammas_)
             if (std::binary_search(attached_.begin(), attached_.end(), display))
-                services_.displays.writeTables(display, tables);
+                services_.displays.giveBackTables(display, tables);
         settleUnsafe();
     });
 }

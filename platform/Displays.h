@@ -26,13 +26,20 @@ public:
     virtual void attachedScreens(std::vector<DisplayId>& ids) = 0;
 
     /// Reads the display's own tables: those that it carries now, or while it carries what was last
-    /// written to it here, those that it carried before that. On success fills the first `sampleCount`
-    /// entries of each channel (at most 256; the rest stays as it was); on failure changes nothing.
+    /// written to it here, those that it carried before that. On success fills the first
+    /// `sampleCount` entries of each channel (at most 256; the rest stays as it was); on failure
+    /// changes nothing.
     virtual Status readTables(DisplayId display, GammaTables& tables,
                               std::uint32_t& sampleCount) = 0;
 
     /// Asks for `tables` to be put on the display. The request may wait until `settle`.
     virtual void writeTables(DisplayId display, const GammaTables& tables) = 0;
+
+    /// As writeTables, for the display's own `tables`: with them the filter is off it, until the
+    /// next writeTables.
+    virtual void giveBackTables(DisplayId display, const GammaTables& tables) {
+        writeTables(display, tables);
+    }
 
     /// Returns when every write asked for since the last call is on its display or has failed, and
     /// calls `failed` for each one that has. Costs one wait however many displays were written.

@@ -23,4 +23,12 @@ struct NativeTables {
     friend bool operator==(const NativeTables&, const NativeTables&) = default;
 };
 
+/// Both are the same calibration: they differ by at most 256, as the work of two loaders of one
+/// profile does.
+[[nodiscard]] bool isSameCalibration(const NativeTables& a, const NativeTables& b);
+
+/// What drivers load by themselves: in each channel a straight line from 0 to what a driver takes
+/// for the end of the scale (0xFF00 or more), rounded to 8 bits or better.
+[[nodiscard]] bool isPlainRamp(const NativeTables& tables);
+
 } // namespace noctra

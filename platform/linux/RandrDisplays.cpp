@@ -1,10 +1,10 @@
 #include "platform/linux/RandrDisplays.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
 
 #include "platform/linux/Connectors.h"
+#include "platform/linux/ServerMark.h"
 
 namespace noctra {
 
@@ -18,40 +18,13 @@ constexpr std::uint16_t watchedChanges = XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE |
                                          XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
                                          XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE;
 
-// Two loaders of the same profile differ by their rounding, by at most one step of 8 bits (a linear
-// ramp that ends at 0xFF00 instead of 0xFFFF, say). Tables this close are the same calibration: the
-// ones that are on the display stay, so that they are what is put back in the end, byte for byte.
-constexpr int sameCalibrationWithin = 256;
-
-bool isSameCalibration(const NativeTables& a, const NativeTables& b) {
-    const auto close = [](const auto& x, const auto& y) {
-        return std::equal(x.begin(), x.end(), y.begin(), y.end(), [](int one, int other) {
-            return std::abs(one - other) <= sameCalibrationWithin;
-        });
-    };
-    return close(a.red, b.red) && close(a.green, b.green) && close(a.blue, b.blue);
-}
-
-/// What drivers load by themselves, whatever they take for the end of the scale.
-bool isLinear(const NativeTables& tables) {
-    const auto straight = [](const std::vector<std::uint16_t>& levels) {
-        if (levels.size() < 2)
-            return true;
-        const double step = levels.back() / static_cast<double>(levels.size() - 1);
-        for (std::size_t i = 0; i < levels.size(); ++i)
-            if (std::abs(levels[i] - step * static_cast<double>(i)) > 1.0)
-                return false;
-        return levels.back() >= 0xFF00;
-    };
-    return straight(tables.red) && straight(tables.green) && straight(tables.blue);
-}
-
 } // namespace
 
 RandrDisplays::RandrDisplays(RandrConnection connection, std::unique_ptr<TableRecord> record,
                              Log& log)
     : log_(log), connection_(std::move(connection)), record_(std::move(record)),
-      calibration_(connection_.xcb.get(), connection_.root) {
+      calibration_(connection_.xcb.get(), connection_.root),
+      recordIsOfThisServer_(markServer(connection_)) {
     xcb_randr_select_input(connection_.xcb.get(), connection_.root, watchedChanges);
     refreshScreens();
     changes_.clear(); // the first look at the displays is none
@@ -104,29 +77,39 @@ Displays::Status RandrDisplays::readTables(DisplayId display, GammaTables& table
     std::optional<NativeTables> native = readCrtc(screen->randr.crtc, status);
     if (!native)
         return status;
-    if (auto base = record_->baseIfOurs(screen->randr.crtc, *native))
-        native = std::move(base);
-    else
-        record_->setBase(screen->randr.crtc, *native);
-    sampleNativeTables(*native, tables);
+    const bool isOurs = record_->baseIfOurs(screen->randr.crtc, *native).has_value();
+    NativeTables own = ownTables(*screen, *native);
+    if (!isOurs) {
+        record_->setBase(screen->randr.crtc, own);
+        captured_.setFiltered(display, false);
+    }
+    sampleNativeTables(own, tables);
     sampleCount = gammaTableSize;
-    captured_.insert_or_assign(display, CapturedTables{std::move(*native), tables});
+    captured_.capture(display, CapturedTables{std::move(own), tables});
     drainEvents(false); // what came in with the reply
     return 0;
 }
 
 void RandrDisplays::writeTables(DisplayId display, const GammaTables& tables) {
     const std::lock_guard lock(mutex_);
+    captured_.setFiltered(display, true);
+    queueWrite(display, tables);
+}
+
+void RandrDisplays::giveBackTables(DisplayId display, const GammaTables& tables) {
+    const std::lock_guard lock(mutex_);
+    captured_.setFiltered(display, false);
+    queueWrite(display, tables);
+}
+
+void RandrDisplays::queueWrite(DisplayId display, const GammaTables& tables) {
     const Screen* screen = find(display);
     if (screen == nullptr || screen->randr.gammaSize == 0) {
         writes_.push_back({0, display, XCB_NONE, screen == nullptr ? noSuchDisplay : noTables});
         return;
     }
     scratch_.resize(screen->randr.gammaSize);
-    const auto captured = captured_.find(display);
-    const bool fits =
-        captured != captured_.end() && captured->second.native.size() == screen->randr.gammaSize;
-    tablesToNative(tables, fits ? &captured->second : nullptr, scratch_);
+    tablesToNative(tables, captured_.withSize(display, screen->randr.gammaSize), scratch_);
     send(display, screen->randr.crtc, scratch_);
 }
 
@@ -149,6 +132,7 @@ void RandrDisplays::restoreCalibratedTables() {
     calibration_.beginPass();
     for (Screen& screen : screens_)
         calibrate(screen);
+    recordIsOfThisServer_ = false; // from now on it is of this run
     drainEvents(false);
 }
 
@@ -218,9 +202,9 @@ void RandrDisplays::refreshScreens() {
 void RandrDisplays::bringUpToDate() {
     if (record_->repair())
         for (const Screen& screen : screens_)
-            if (const auto captured = captured_.find(screen.randr.output);
-                captured != captured_.end())
-                record_->setBase(screen.randr.crtc, captured->second.native);
+            if (const auto captured =
+                    captured_.tablesFor(screen.randr.output, screen.randr.gammaSize))
+                record_->setBase(screen.randr.crtc, *captured);
     if (configurationStale_)
         refreshScreens();
     if (!std::exchange(crtcsChanged_, false))
@@ -261,40 +245,48 @@ std::optional<NativeTables> RandrDisplays::readForTakeover(Screen& screen) {
     return current;
 }
 
+/// The display's own tables, given what its CRTC carries.
+NativeTables RandrDisplays::ownTables(const Screen& screen, const NativeTables& current) {
+    const xcb_randr_crtc_t crtc = screen.randr.crtc;
+    if (auto base = record_->baseIfOurs(crtc, current))
+        return std::move(*base);
+    if (!isPlainRamp(current))
+        return current;
+    // Over a filter it is a driver's doing, at a wake or a change of the mode, and no calibration.
+    std::optional<NativeTables> own;
+    if (captured_.isFiltered(screen.randr.output))
+        own = captured_.tablesFor(screen.randr.output, current.size());
+    else if (const auto last = recordIsOfThisServer_ ? record_->expectedOn(crtc) : std::nullopt;
+             last && last->filtered && last->tables.size() == current.size())
+        own = record_->baseIfOurs(crtc, last->tables);
+    if (!own || *own == current)
+        return current;
+    log_.log(nameOf(screen) + "a plain ramp has come over the filter; its own tables still count");
+    return std::move(*own);
+}
+
 /// Makes sure that a display that has come to a CRTC starts without a filter on it.
 void RandrDisplays::adopt(Screen& screen) {
     const auto current = readForTakeover(screen);
     if (!current)
         return;
-    const auto base = record_->baseIfOurs(screen.randr.crtc, *current);
-    if (base && *base != *current)
-        writeNow(screen.randr.crtc, *base);
-    noteBase(screen, base.value_or(*current));
-}
-
-/// Tells the record which tables the display will be given back: those it was captured with, if it
-/// has been, else those that its CRTC carries.
-void RandrDisplays::noteBase(const Screen& screen, const NativeTables& current) {
-    const auto captured = captured_.find(screen.randr.output);
-    if (captured == captured_.end() || captured->second.native.size() == current.size()) {
-        record_->setBase(screen.randr.crtc,
-                         captured == captured_.end() ? current : captured->second.native);
-        return;
-    }
-    NativeTables resampled;
-    resampled.resize(current.size());
-    tablesToNative(captured->second.sampled, nullptr, resampled);
-    record_->setBase(screen.randr.crtc, resampled);
+    const NativeTables own = ownTables(screen, *current);
+    if (own != *current)
+        writeNow(screen.randr.crtc, own);
+    // What it will be given back is what it was captured with, if it has been.
+    record_->setBase(screen.randr.crtc,
+                     captured_.tablesFor(screen.randr.output, own.size()).value_or(own));
 }
 
 void RandrDisplays::calibrate(Screen& screen) {
     const auto current = readForTakeover(screen);
     if (!current)
         return;
-    const std::string name =
-        "Display " + std::to_string(screen.randr.output) + " (" + screen.randr.connector + "): ";
-    const auto leftOver = record_->baseIfOurs(screen.randr.crtc, *current);
-    NativeTables own = leftOver.value_or(*current);
+    const std::string name = nameOf(screen);
+    const bool isOurs = record_->baseIfOurs(screen.randr.crtc, *current).has_value();
+    NativeTables own = ownTables(screen, *current);
+    if (screen.calibrationSource.empty() && isOurs && own != *current)
+        log_.log(name + "took off the filter that an earlier run had left on it");
     std::string source = "as found";
     if (auto profile = calibration_.tablesFor(screen.randr.output, screen.randr.connector,
                                               screen.randr.gammaSize)) {
@@ -302,8 +294,6 @@ void RandrDisplays::calibrate(Screen& screen) {
         if (!isSameCalibration(profile->tables, own))
             own = std::move(profile->tables);
     }
-    if (screen.calibrationSource.empty() && leftOver && *leftOver != *current)
-        log_.log(name + "took off the filter that an earlier run had left on it");
     if (source != screen.calibrationSource) {
         log_.log(name + "calibration " + source);
         screen.calibrationSource = std::move(source);
@@ -312,6 +302,10 @@ void RandrDisplays::calibrate(Screen& screen) {
         writeNow(screen.randr.crtc, own);
     if (!record_->setBase(screen.randr.crtc, own))
         log_.log(name + "its tables could not be kept for the case that Noctra is killed");
+}
+
+std::string RandrDisplays::nameOf(const Screen& screen) {
+    return "Display " + std::to_string(screen.randr.output) + " (" + screen.randr.connector + "): ";
 }
 
 void RandrDisplays::send(DisplayId display, xcb_randr_crtc_t crtc, const NativeTables& tables) {
@@ -354,7 +348,7 @@ void RandrDisplays::reassertTables() {
             continue;
         // While the filter is off the display is anybody's. But no other program loads a plain
         // ramp.
-        if (expected->filtered || isLinear(*current))
+        if (expected->filtered || isPlainRamp(*current))
             writeNow(screen.randr.crtc, expected->tables);
     }
     drainEvents(false);

@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <functional>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -11,7 +10,7 @@
 
 #include "foundation/Log.h"
 #include "platform/Displays.h"
-#include "platform/linux/GammaResampler.h"
+#include "platform/linux/CapturedDisplays.h"
 #include "platform/linux/RandrChanges.h"
 #include "platform/linux/RandrOnlineDisplays.h"
 #include "platform/linux/RandrScreens.h"
@@ -58,6 +57,7 @@ public:
     void attachedScreens(std::vector<DisplayId>& ids) override;
     Status readTables(DisplayId display, GammaTables& tables, std::uint32_t& sampleCount) override;
     void writeTables(DisplayId display, const GammaTables& tables) override;
+    void giveBackTables(DisplayId display, const GammaTables& tables) override;
     void settle(FunctionRef<void(DisplayId, Status)> failed) override;
     void restoreCalibratedTables() override;
     [[nodiscard]] std::size_t screenCount() const override { return screenCount_; }
@@ -75,13 +75,14 @@ private:
         Status status;
     };
 
-    void noteBase(const Screen& screen, const NativeTables& current);
+    void queueWrite(DisplayId display, const GammaTables& tables);
     void drainEvents(bool readSocket);
     void noteChange();
     void refreshScreens();
     void bringUpToDate();
     void freeUnusedCrtcs();
     [[nodiscard]] std::optional<NativeTables> readForTakeover(Screen& screen);
+    [[nodiscard]] NativeTables ownTables(const Screen& screen, const NativeTables& current);
     void adopt(Screen& screen);
     void calibrate(Screen& screen);
     /// Queues a write; its outcome is in writes_ after roundTrip.
@@ -91,6 +92,8 @@ private:
     void writeNow(xcb_randr_crtc_t crtc, const NativeTables& tables);
     [[nodiscard]] std::optional<NativeTables> readCrtc(xcb_randr_crtc_t crtc, Status& status);
     [[nodiscard]] Screen* find(DisplayId display);
+    /// As log lines about the display begin.
+    [[nodiscard]] static std::string nameOf(const Screen& screen);
 
     Log& log_;
     std::mutex mutex_; // guards everything below
@@ -99,17 +102,16 @@ private:
     CalibrationLookup calibration_;
     std::vector<Screen> screens_;
     std::vector<xcb_randr_crtc_t> crtcs_;
-    /// What each display was last captured with, also while it is unplugged: its calibration goes
-    /// with it to whatever CRTC it comes to.
-    std::map<DisplayId, CapturedTables> captured_;
+    CapturedDisplays captured_;
     std::vector<Write> writes_;
     NativeTables scratch_;
     bool configurationStale_ = false;
     bool changeToReport_ = false;
     std::vector<DisplayChange> changes_;
     std::function<void()> newsArrived_;
-    bool takesPart_ = false;   // the program has begun to work with the displays
-    bool crtcsChanged_ = true; // at first, there is what earlier runs left behind
+    bool takesPart_ = false;    // the program has begun to work with the displays
+    bool crtcsChanged_ = true;  // at first, there is what earlier runs left behind
+    bool recordIsOfThisServer_; // what it knows of an earlier run was on this very server
     std::atomic<std::size_t> screenCount_ = 0;
     RandrOnlineDisplays online_; // has a lock of its own
 };

@@ -98,4 +98,28 @@ TEST(GammaResampler, KeepsLevelsInsideTheirRange) {
     }
 }
 
+TEST(NativeTables, APlainRampIsToldFromACalibrationHoweverADriverRounds) {
+    for (const int entries : {2, 16, 256, 1024, 4096}) {
+        const auto size = static_cast<std::size_t>(entries);
+        const auto filled = [&](auto level) {
+            std::vector<std::uint16_t> channel(size);
+            for (int k = 0; k < entries; ++k)
+                channel[static_cast<std::size_t>(k)] = static_cast<std::uint16_t>(level(k));
+            return NativeTables{channel, channel, channel};
+        };
+        const NativeTables full = filled([&](int k) { return k * 65535L / (entries - 1); });
+        EXPECT_TRUE(isPlainRamp(full)) << size;
+        EXPECT_TRUE(isPlainRamp(filled([&](int k) { return 65280L * k / (entries - 1); }))) << size;
+        EXPECT_TRUE(isPlainRamp(filled([&](int k) { return 255L * k / (entries - 1) * 257; })))
+            << size << ", in steps of 8 bits";
+        EXPECT_FALSE(isPlainRamp(filled([&](int k) { return 64000L * k / (entries - 1); })))
+            << size;
+        EXPECT_FALSE(isPlainRamp(filled([&](int k) { return 65535L - k; }))) << size;
+        NativeTables bent = full;
+        bent.blue[size / 2 - 1] = static_cast<std::uint16_t>(bent.blue[size / 2 - 1] + 300);
+        EXPECT_FALSE(isPlainRamp(bent)) << size;
+    }
+    EXPECT_FALSE(isPlainRamp(powerTables(256)));
+}
+
 } // namespace noctra
