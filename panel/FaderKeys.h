@@ -2,43 +2,52 @@
 
 namespace noctra {
 
-/// How far keys and the wheel move a fader, as shares of the range 0..1.
+/// How far keys and the wheel move a fader, in hundredths of the range 0..1.
 namespace fader_keys {
 
-inline constexpr double arrowStep = 0.01;
-inline constexpr double pageStep = 0.1;
-inline constexpr double wheelNotchStep = 0.02;
+inline constexpr int arrowStep = 1;
+inline constexpr int pageStep = 10;
 /// What toolkits report for one notch; finer wheels report fractions of it.
-inline constexpr double wheelNotchUnits = 120.0;
+inline constexpr int wheelNotchUnits = 120;
+inline constexpr int wheelUnitsPerHundredth = wheelNotchUnits / 2;
 
 } // namespace fader_keys
 
 /// Named by what they do, whichever key does it: right and up are one, and so are left and down.
 enum class FaderKey { up, down, pageUp, pageDown, home, end };
 
-/// The value to which `key` moves a fader that stands at `value`, before clamping.
-[[nodiscard]] constexpr double faderValueAfter(FaderKey key, double value, double minimum) {
-    switch (key) {
-    case FaderKey::up:
-        return value + fader_keys::arrowStep;
-    case FaderKey::down:
-        return value - fader_keys::arrowStep;
-    case FaderKey::pageUp:
-        return value + fader_keys::pageStep;
-    case FaderKey::pageDown:
-        return value - fader_keys::pageStep;
-    case FaderKey::home:
-        return minimum;
-    case FaderKey::end:
-        return 1.0;
-    }
-    return value;
+/// `value`, in 0..1, in whole hundredths that are cut off, as a readout in percent counts them.
+[[nodiscard]] constexpr int hundredthsOf(double value) {
+    return static_cast<int>(value * 100.0);
 }
 
-/// The value to which turning the wheel by `units` (away from the user is positive) moves a fader
-/// that stands at `value`, before clamping.
-[[nodiscard]] constexpr double faderValueAfterWheel(double units, double value) {
-    return value + units / fader_keys::wheelNotchUnits * fader_keys::wheelNotchStep;
-}
+/// The value that counts as `hundredths`, any number. The quotient does not always: 29 / 100.0
+/// times 100 is below 29.
+[[nodiscard]] double faderValueOf(int hundredths);
+
+/// The value of whole hundredths that is nearest to `value`, in 0..1.
+[[nodiscard]] double nearestHundredth(double value);
+
+/// The value to which `key` moves a fader that stands at `value`, before clamping: steps lead from
+/// hundredth to hundredth, and leave none out.
+[[nodiscard]] double faderValueAfter(FaderKey key, double value, double minimum);
+
+/// The wheel over a fader. What does not make a whole hundredth yet is kept for the next turn.
+class FaderWheel {
+public:
+    /// The hundredths by which turning it by `units` (away from the user is positive) moves the
+    /// fader.
+    [[nodiscard]] int turn(int units) {
+        if (units * rest_ < 0)
+            rest_ = 0; // turned round
+        rest_ += units;
+        const int steps = rest_ / fader_keys::wheelUnitsPerHundredth;
+        rest_ %= fader_keys::wheelUnitsPerHundredth;
+        return steps;
+    }
+
+private:
+    int rest_ = 0; ///< units
+};
 
 } // namespace noctra

@@ -1,5 +1,7 @@
 #include "panel/quick/FaderItem.h"
 
+#include <algorithm>
+#include <cmath>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -49,7 +51,8 @@ void FaderItem::setAnimates(bool animates) {
 }
 
 void FaderItem::setValue(double value) {
-    setByUser(value, true);
+    if (!std::isnan(value))
+        setByUser(nearestHundredth(std::clamp(value, 0.0, 1.0)), true);
 }
 
 void FaderItem::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) {

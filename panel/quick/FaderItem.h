@@ -26,7 +26,7 @@ class FaderItem : public GridItem, private LayerHost {
     Q_PROPERTY(bool animates READ animates WRITE setAnimates NOTIFY animatesChanged)
     Q_PROPERTY(bool dragging READ isDragging NOTIFY draggingChanged)
     // By the names under which assistive technology looks for them. Writing the value is what a
-    // user does.
+    // user does; it goes to the nearest step.
     Q_PROPERTY(double value READ value WRITE setValue NOTIFY valueChanged)
     Q_PROPERTY(double minimumValue READ minimumValue NOTIFY minimumValueChanged)
     Q_PROPERTY(double maximumValue READ maximumValue CONSTANT)
@@ -47,7 +47,7 @@ public:
     void setValue(double value);
     [[nodiscard]] double minimumValue() const { return shown_.minimum; }
     [[nodiscard]] double maximumValue() const { return 1.0; }
-    [[nodiscard]] double stepSize() const { return fader_keys::arrowStep; }
+    [[nodiscard]] double stepSize() const { return faderValueOf(fader_keys::arrowStep); }
 
     /// Null while there is nothing to show.
     [[nodiscard]] const FaderNSView* view() const { return view_.get(); }
@@ -98,6 +98,7 @@ private:
     LayerItem* const fill_;
     LayerItem* const cap_;
     FrameTicker ticker_;
+    FaderWheel wheel_;
 };
 
 } // namespace noctra

@@ -84,8 +84,8 @@ void FaderItem::mouseUngrabEvent() {
 
 void FaderItem::wheelEvent(QWheelEvent* event) {
     const int units = event->angleDelta().y();
-    if (view_ != nullptr && units != 0)
-        setByUser(faderValueAfterWheel(units, view_->latestValue()), true);
+    if (const int steps = wheel_.turn(units); view_ != nullptr && steps != 0)
+        setByUser(faderValueOf(hundredthsOf(view_->latestValue()) + steps), true);
     event->accept();
 }
 

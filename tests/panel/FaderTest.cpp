@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "panel/FaderKeys.h"
 #include "panel/StudioFader.h"
 #include "platform/simulated/SimulatedDesktop.h"
 
@@ -138,6 +139,46 @@ TEST_F(FaderTest, TakesAStepFromTheLastOneAlsoWhereARenderCameBetween) {
     EXPECT_DOUBLE_EQ(fader->latestValue(), 0.8) << "before the next render";
     element.value.set(0.2);
     EXPECT_EQ(fader->latestValue(), 0.2);
+}
+
+TEST_F(FaderTest, KeysAndWheelLeaveNoHundredthOutAndReachTheEnds) {
+    element.minimumValue = 0.1;
+    make();
+    FaderWheel wheel;
+    const auto go = [&](double to) {
+        fader->setValueByUser(to, false);
+        desktop.settle();
+        return static_cast<int>(fader->currentValue * 100.0); // as the readout cuts it off
+    };
+    const auto press = [&](FaderKey key) {
+        return go(faderValueAfter(key, fader->latestValue(), 0.1));
+    };
+    const auto turn = [&](int units) {
+        return go(faderValueOf(hundredthsOf(fader->latestValue()) + wheel.turn(units)));
+    };
+    go(1.0);
+    for (int percent = 100; percent > 10; --percent)
+        ASSERT_EQ(press(FaderKey::down), percent - 1);
+    for (int percent = 10; percent < 100; percent += 10)
+        ASSERT_EQ(press(FaderKey::pageUp), percent + 10);
+    EXPECT_EQ(fader->currentValue, 1.0);
+    for (int percent = 100; percent > 10; percent -= 2)
+        ASSERT_EQ(turn(-120), percent - 2);
+    EXPECT_EQ(fader->currentValue, 0.1);
+    for (int percent = 10; percent < 100; ++percent)
+        ASSERT_EQ(press(FaderKey::up), percent + 1);
+    for (int percent = 100; percent > 10; percent -= 10)
+        ASSERT_EQ(press(FaderKey::pageDown), percent - 10);
+
+    EXPECT_EQ(turn(-45), 10);
+    for (const int percent : {10, 11, 11, 12}) // a fine wheel, turned round
+        EXPECT_EQ(turn(30), percent);
+    go(0.858); // where a drag has left it
+    EXPECT_EQ(press(FaderKey::up), 86);
+    go(0.858);
+    EXPECT_EQ(press(FaderKey::down), 84);
+    go(0.57); // reads as 56
+    EXPECT_EQ(press(FaderKey::up), 57);
 }
 
 TEST_F(FaderTest, MayGoWhileItsReportsAreDelivered) {
