@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <memory>
 
+#include <QtGui/QClipboard>
 #include <QtWidgets/QApplication>
 
 #include "app/AppDelegate.h"
@@ -16,6 +17,7 @@
 #include "app/linux/LinuxPopover.h"
 #include "engine/ColorFilterManager.h"
 #include "foundation/SharedInstance.h"
+#include "platform/linux/ClipboardManager.h"
 #include "platform/linux/DisplayServicesHost.h"
 #include "platform/linux/LinuxDisplayChanges.h"
 #include "platform/linux/LinuxSystem.h"
@@ -48,6 +50,8 @@ constexpr Seconds outputPatience{0.1};
 // How long displays may take to get their own brightness back at the end. A slow monitor takes
 // three quarters of a second for one reading, and may be in the middle of one.
 constexpr Seconds brightnessPatience{3.0};
+// How long the desktop's clipboard manager may take over the copied diagnostics.
+constexpr Seconds clipboardPatience{0.1};
 
 /// Reaches the shared log, which is made by the first line that anything logs.
 class SharedLog : public Log {
@@ -254,6 +258,8 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
         launched({mainQueue, delegate, preferences});
     runLoop.drive(mainQueue);
     const int status = QCoreApplication::exec();
+    if (QGuiApplication::clipboard()->ownsClipboard())
+        saveClipboard(qtXConnection(), clipboardPatience);
     std::fflush(nullptr);
     // Nothing is torn down: the signal thread may be putting the tables back once more right now.
     process.endNow(status);

@@ -5,7 +5,7 @@
 namespace noctra {
 
 /// The clipboard of the desktop that the QGuiApplication is connected to. What is put there lasts
-/// as long as the program, or as the desktop's clipboard manager keeps it.
+/// as long as the program, unless a clipboard manager of the desktop takes it over.
 class QtClipboard : public Clipboard {
 public:
     void clearContents() override;
