@@ -5,6 +5,7 @@ Rectangle {
     id: root
 
     required property PanelModel panel
+    required property bool isShort
 
     implicitWidth: 320
     implicitHeight: 540
@@ -66,6 +67,7 @@ Rectangle {
             label: root.panel.warmthLabel
             labelColor: root.panel.redSignal
             readout: root.panel.warmthReadout
+            isShort: root.isShort
         }
         Rectangle {
             anchors.horizontalCenter: parent.horizontalCenter
@@ -90,6 +92,7 @@ Rectangle {
             label: root.panel.brightnessLabel
             labelColor: "white"
             readout: root.panel.brightnessReadout
+            isShort: root.isShort
         }
     }
 

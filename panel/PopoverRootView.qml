@@ -77,6 +77,7 @@ Rectangle {
             width: root.panel.panelSize.width
             height: root.panel.panelSize.height
             panel: root.panel
+            isShort: root.isShort
         }
     }
     // Once it scrolls, the wheel does not take hold of the fader that comes to lie under it.

@@ -10,6 +10,8 @@ Item {
     required property string label
     required property color labelColor
     required property readout readout
+    // There is more of the panel than can be seen.
+    required property bool isShort
 
     Text {
         id: name
@@ -32,6 +34,8 @@ Item {
         }
         source: column.fader
         animates: !column.panel.reducesMotion
+        // The faders are most of what a panel that scrolls could be scrolled by.
+        takesWheel: !column.isShort || activeFocus
         activeFocusOnTab: !column.panel.showingSettings
 
         Accessible.role: Accessible.Slider

@@ -24,6 +24,8 @@ class FaderItem : public GridItem, private LayerHost {
     Q_PROPERTY(noctra::FaderSource* source READ source WRITE setSource NOTIFY sourceChanged)
     /// Changes from outside glide; false for reduced motion.
     Q_PROPERTY(bool animates READ animates WRITE setAnimates NOTIFY animatesChanged)
+    /// Else the wheel is for what lies beneath.
+    Q_PROPERTY(bool takesWheel MEMBER takesWheel_ NOTIFY takesWheelChanged)
     Q_PROPERTY(bool dragging READ isDragging NOTIFY draggingChanged)
     // By the names under which assistive technology looks for them. Writing the value is what a
     // user does; it goes to the nearest step.
@@ -59,6 +61,7 @@ public:
 signals:
     void sourceChanged();
     void animatesChanged();
+    void takesWheelChanged();
     void draggingChanged();
     void valueChanged();
     void minimumValueChanged();
@@ -92,6 +95,7 @@ private:
 
     QPointer<FaderSource> source_;
     bool animates_ = true;
+    bool takesWheel_ = true;
     Shown shown_;
     std::unique_ptr<FaderNSView> view_;
     LayerItem* const backdrop_;

@@ -83,6 +83,10 @@ void FaderItem::mouseUngrabEvent() {
 }
 
 void FaderItem::wheelEvent(QWheelEvent* event) {
+    if (!takesWheel_) {
+        event->ignore();
+        return;
+    }
     const int units = event->angleDelta().y();
     if (const int steps = wheel_.turn(units); view_ != nullptr && steps != 0)
         setByUser(faderValueOf(hundredthsOf(view_->latestValue()) + steps), true);

@@ -108,11 +108,17 @@ TEST_F(PanelScroll, TheControlThatTabGoesToIsInSight) {
     EXPECT_EQ(box("settings").y(), 0.0);
 }
 
-TEST_F(PanelScroll, TheWheelMovesAFaderOnlyWhereItWasTurnedOverIt) {
+TEST_F(PanelScroll, TheWheelMovesAFaderThatHasTheFocusAndOnlyWhereItWasTurnedOverIt) {
     engine.intensity = 0.5;
     setBacklight(0.1F);
     open(shortest);
     const QPoint fader = center("WARMTH");
+    turn(fader, -1);
+    EXPECT_EQ(scrolled(), 48.0);
+    EXPECT_EQ(engine.intensity, 0.5);
+    turn(fader, 1);
+    advance(Seconds(1));
+    click(fader);
     turn(fader, -1);
     EXPECT_EQ(scrolled(), 0.0);
     EXPECT_DOUBLE_EQ(engine.intensity, 0.48);
