@@ -6,6 +6,8 @@ Rectangle {
 
     required property PanelModel panel
     required property bool isShort
+    // What the sheet went away by when it was last shown.
+    property bool endedByClose: false
 
     implicitWidth: 320
     implicitHeight: 540
@@ -36,9 +38,12 @@ Rectangle {
             name: root.panel.settingsName
             showsFocus: root.panel.showsFocus
             takesFocus: !root.panel.showingSettings
-            // The second click on CLOSE, which lay above it, is not for the gear.
-            takesClicks: root.panel.showingSettings || root.panel.sheetLevel < 0.05
-            onPressed: root.panel.pressGear()
+            // The second click of a double click on CLOSE, which lay above it, is not for the gear.
+            takesSecondClicks: !root.endedByClose
+            onPressed: {
+                root.endedByClose = false
+                root.panel.pressGear()
+            }
 
             IconItem {
                 anchors.fill: parent
@@ -157,6 +162,7 @@ Rectangle {
         sourceComponent: SettingsPanel {
             panel: root.panel
             settings: root.panel.settings
+            onClosed: root.endedByClose = true
         }
         onLoaded: item.takeFocus()
     }

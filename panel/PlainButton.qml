@@ -8,7 +8,8 @@ Item {
     required property bool showsFocus
     // It can be reached: nothing lies over it.
     property bool takesFocus: true
-    property bool takesClicks: true
+    // Also the second click of a double click.
+    property bool takesSecondClicks: true
     property real ringRadius: 4
     // How far beyond its edges it can be clicked.
     property real reach: 0
@@ -32,8 +33,14 @@ Item {
     MouseArea {
         id: area
         anchors { fill: parent; margins: -button.reach }
-        enabled: button.takesClicks
-        onPressed: button.forceActiveFocus(Qt.MouseFocusReason)
+        // Heard of as a double click, the second click is no longer reported as a click.
+        property bool isSecond: false
+        onPressed: {
+            isSecond = false
+            button.forceActiveFocus(Qt.MouseFocusReason)
+        }
+        onDoubleClicked: isSecond = true
+        onReleased: if (isSecond && containsMouse && button.takesSecondClicks) button.pressed()
         onClicked: button.pressed()
     }
     FocusRing {

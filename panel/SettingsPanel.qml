@@ -6,6 +6,7 @@ FocusScope {
 
     required property PanelModel panel
     required property SettingsModel settings
+    signal closed
 
     function takeFocus() { close.forceActiveFocus(Qt.OtherFocusReason) }
 
@@ -49,7 +50,10 @@ FocusScope {
             name: sheet.settings.closeTitle
             showsFocus: sheet.panel.showsFocus
             takesFocus: sheet.panel.showingSettings
-            onPressed: sheet.settings.close()
+            onPressed: {
+                sheet.closed()
+                sheet.settings.close()
+            }
 
             Text {
                 id: closeTitle

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include <QtCore/QPointer>
+#include <QtTest/QTest>
 
 #include "tests/panel/window/DampedOscillator.h"
 #include "tests/panel/window/PanelScene.h"
@@ -60,6 +61,25 @@ TEST_F(PanelSheet, TurnsRoundOnTheWayWithItsSpeed) {
     EXPECT_NEAR(below(), spring.offset(0.04, 1.0 + down, fall), 1e-6);
     advance(Seconds(2));
     EXPECT_EQ(below(), 0.0);
+}
+
+TEST_F(PanelSheet, TheGearTakesEachClickButTheSecondOfADoubleClickOnClose) {
+    open();
+    const auto isShown = [] {
+        return model().property("showingSettings").toBool();
+    };
+    const QPoint gear = box("gear").center().toPoint();
+    for (const bool opens : {true, false, true}) {
+        click(gear); // where CLOSE comes to lie as well
+        EXPECT_EQ(isShown(), opens);
+        advance(Seconds(0.1));
+    }
+    advance(Seconds(2));
+    QTest::mouseDClick(window(), Qt::LeftButton, {}, box("close").center().toPoint());
+    settle();
+    EXPECT_FALSE(isShown());
+    click(gear);
+    EXPECT_TRUE(isShown());
 }
 
 TEST_F(PanelSheet, LetsNothingThroughToThePointer) {
