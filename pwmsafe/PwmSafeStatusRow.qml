@@ -93,7 +93,7 @@ Item {
             }
         }
 
-        Accessible.ignored: !row.model.showsWarning
+        Accessible.ignored: !row.model.showsWarning || row.panel.showingSettings
         Accessible.role: Accessible.StaticText
         Accessible.name: text
         Accessible.description: row.model.tooltipText

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include <QtCore/QPointer>
+#include <QtQml/QQmlProperty>
 #include <QtTest/QTest>
 
 #include "tests/panel/window/DampedOscillator.h"
@@ -111,9 +112,14 @@ TEST_F(PanelSheet, LetsNothingThroughToThePointer) {
     EXPECT_NE(find("settings"), nullptr);
 }
 
-TEST_F(PanelSheet, TakesTheHoverAwayFromWhatItCovers) {
+TEST_F(PanelSheet, TakesTheHoverAwayFromWhatItCoversAndHidesItFromScreenReaders) {
     setBacklight(0.1F);
     open();
+    const auto isRead = [] {
+        QQuickItem& warning = item("pwmSafeWarning");
+        return !QQmlProperty(&warning, "Accessible.ignored", qmlContext(&warning)).read().toBool();
+    };
+    EXPECT_TRUE(isRead());
     move(box("pwmSafeWarning").center().toPoint());
     advance(Seconds(1));
     ASSERT_NE(find("pwmSafeTooltip"), nullptr);
@@ -122,8 +128,10 @@ TEST_F(PanelSheet, TakesTheHoverAwayFromWhatItCovers) {
     advance(Seconds(1));
     EXPECT_EQ(find("pwmSafeTooltip"), nullptr);
     EXPECT_EQ(desktop.cursor.depth, 0);
+    EXPECT_FALSE(isRead());
     key(Qt::Key_Escape);
     advance(Seconds(1));
+    EXPECT_TRUE(isRead());
     move(box("pwmSafeWarning").center().toPoint() + QPoint(4, 0));
     EXPECT_EQ(desktop.cursor.depth, 1);
 }
