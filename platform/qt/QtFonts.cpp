@@ -17,8 +17,17 @@ namespace {
 constexpr qint64 largestFont = 16 << 20;
 
 /// What Qt draws with in the end: the desktop's setting may be a generic name such as "monospace".
-std::string resolvedFamily(QFontDatabase::SystemFont kind) {
-    return QFontInfo(QFontDatabase::systemFont(kind)).family().toStdString();
+QString resolvedFamily(QFontDatabase::SystemFont kind) {
+    return QFontInfo(QFontDatabase::systemFont(kind)).family();
+}
+
+/// Where there is none, `otherwise`.
+QString firstFixedFamily(const QString& otherwise) {
+    for (const QString& family : QFontDatabase::families(QFontDatabase::Latin))
+        if (QFontDatabase::isFixedPitch(family) && QFontDatabase::isSmoothlyScalable(family) &&
+            !QFontDatabase::isPrivateFamily(family))
+            return family;
+    return otherwise;
 }
 
 } // namespace
@@ -52,11 +61,15 @@ std::optional<FontFace> QtFonts::find(std::string_view name) const {
 }
 
 std::string QtFonts::systemFamily() const {
-    return resolvedFamily(QFontDatabase::GeneralFont);
+    return resolvedFamily(QFontDatabase::GeneralFont).toStdString();
 }
 
 std::string QtFonts::fixedFamily() const {
-    return resolvedFamily(QFontDatabase::FixedFont);
+    QString family = resolvedFamily(QFontDatabase::FixedFont);
+    // In languages of other scripts the system may answer with what it has for those.
+    if (!QFontDatabase::isFixedPitch(family))
+        family = firstFixedFamily(family);
+    return family.toStdString();
 }
 
 } // namespace noctra
