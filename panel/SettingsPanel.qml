@@ -147,20 +147,31 @@ FocusScope {
         ringRadius: 0
 
         Rectangle { anchors.fill: parent; color: Qt.rgba(0.15, 0.15, 0.15, 1) }
-        Text {
+        CrossFade {
             id: actionTitle
             anchors { left: parent.left; leftMargin: 16; verticalCenter: parent.verticalCenter }
-            text: action.name
-            font: action.panel.fonts.system(11, 700)
+            value: action.name
             color: action.textColor
+            fade: action.fade
+            delegate: Text {
+                text: parent.value
+                font: action.panel.fonts.system(11, 700)
+                color: parent.color
+                Accessible.ignored: true
+            }
             Behavior on color { Fade { duration: action.fade } }
         }
-        IconItem {
+        CrossFade {
             anchors { right: parent.right; rightMargin: 16; verticalCenter: parent.verticalCenter }
             width: action.symbolSide
             height: action.symbolSide
-            path: action.panel.icon(action.symbol)
+            value: action.symbol
             color: action.symbolColor
+            fade: action.fade
+            delegate: IconItem {
+                path: action.panel.icon(parent.value)
+                color: parent.color
+            }
             Behavior on color { Fade { duration: action.fade } }
         }
     }

@@ -66,25 +66,38 @@ Item {
             color: row.model.labelColor
             Behavior on color { Fade {} }
         }
-        Text {
+        CrossFade {
             anchors { right: parent.right; rightMargin: 10; verticalCenter: parent.verticalCenter }
-            text: row.model.statusWord
-            font: row.panel.fonts.monospaced(10, 700, 0.8)
+            value: row.model.statusWord
             color: row.model.statusColor
+            fade: row.fade
+            delegate: Text {
+                text: parent.value
+                horizontalAlignment: Text.AlignRight
+                font: row.panel.fonts.monospaced(10, 700, 0.8)
+                color: parent.color
+                Accessible.ignored: true
+            }
             Behavior on color { Fade {} }
         }
     }
-    Text {
+    CrossFade {
         id: warning
         objectName: "pwmSafeWarning"
         width: parent.width
         visible: !row.model.showsToggleRow
         opacity: row.model.showsWarning ? 1 : 0
-        horizontalAlignment: Text.AlignHCenter
-        maximumLineCount: 2
-        text: row.model.warningText
-        font: row.panel.fonts.monospaced(10, 700)
+        value: row.model.warningText
         color: row.model.warningColor
+        fade: row.fade
+        delegate: Text {
+            text: parent.value
+            horizontalAlignment: Text.AlignHCenter
+            maximumLineCount: 2
+            font: row.panel.fonts.monospaced(10, 700)
+            color: parent.color
+            Accessible.ignored: true
+        }
         Behavior on color { Fade {} }
         Behavior on opacity {
             NumberAnimation {
@@ -95,7 +108,7 @@ Item {
 
         Accessible.ignored: !row.model.showsWarning || row.panel.showingSettings
         Accessible.role: Accessible.StaticText
-        Accessible.name: text
+        Accessible.name: value
         Accessible.description: row.model.tooltipText
 
         HoverHandler {

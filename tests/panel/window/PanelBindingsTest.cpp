@@ -42,6 +42,16 @@ struct PanelBindings : PanelScene {
     /// What rounding to whole pixels may do to it.
     static constexpr double pixel = 0.0045;
 
+    /// How much is seen of the text; 0 where it is not there.
+    [[nodiscard]] static double opacityOf(const QString& text,
+                                          const QQuickItem* in = window()->contentItem()) {
+        if (in->property("text").toString() == text)
+            return in->opacity();
+        double most = 0.0;
+        for (const QQuickItem* child : in->childItems())
+            most = std::max(most, opacityOf(text, child));
+        return most * in->opacity();
+    }
     [[nodiscard]] static QString readout(const char* name) {
         const QVariant value = model().property(name);
         const QMetaObject* type = value.metaType().metaObject();
@@ -124,6 +134,26 @@ TEST_F(PanelBindings, APresetsHighlightFadesAndTheFaderGlidesEasingOut) {
     EXPECT_NEAR(cap("WARMTH"), 0.992, pixel);
 }
 
+TEST_F(PanelBindings, WordsCrossFadeWhereTheirChangesAnimate) {
+    setControllable(true);
+    open();
+    const auto expectFade = [this](const char* before, const char* after, double time) {
+        EXPECT_EQ(opacityOf(before), 1.0);
+        EXPECT_EQ(opacityOf(after), 0.0);
+        advance(Seconds(time / 2));
+        EXPECT_NEAR(opacityOf(before), 0.5, 0.06);
+        EXPECT_NEAR(opacityOf(after), 0.5, 0.06);
+        advance(Seconds(time / 2));
+        EXPECT_EQ(opacityOf(before), 0.0);
+        EXPECT_EQ(opacityOf(after), 1.0);
+    };
+    click("pwmSafeBar");
+    expectFade("OFF", "...", 0.16);
+    openSheet();
+    click("copy");
+    expectFade("COPY DIAGNOSTICS", "COPIED DIAGNOSTICS", 0.2);
+}
+
 TEST_F(PanelBindings, NothingMovesUnderReducedMotion) {
     desktop.motion.reduced = true;
     engine.intensity = 0.0;
@@ -151,6 +181,8 @@ TEST_F(PanelBindings, NothingMovesUnderReducedMotion) {
     click("ALLOW EXTREME DIM");
     const QRectF row = box("ALLOW EXTREME DIM");
     EXPECT_LE(distance(at(254, qRound(row.center().y())), colors::systemRed), 2.0);
+    click("copy");
+    EXPECT_EQ(opacityOf("COPIED DIAGNOSTICS"), 1.0);
     click("close");
     EXPECT_EQ(find("settings"), nullptr);
 }
