@@ -15,7 +15,8 @@ FocusScope {
     Accessible.name: settings.title
 
     Rectangle {
-        anchors.fill: parent
+        // Lower than the sheet, which its spring lifts above its place for a moment.
+        anchors { fill: parent; bottomMargin: -0.02 * parent.height }
         color: Qt.alpha(sheet.panel.bgDeep, 0.98)
     }
     // Nothing beneath reacts to the pointer.

@@ -32,6 +32,9 @@ TEST_F(PanelSheet, SlidesInAndOutLikeADampedSpringAndIsGoneThen) {
             passed = time;
             const double offset = spring.offset(time, 1.0, 0.0);
             EXPECT_NEAR(below(), opens ? offset : 1.0 - offset, 1e-9) << opens << ' ' << time;
+            if (below() < 0) {
+                EXPECT_LT(grab().pixelColor(160, 538).red(), 15) << "no footer beneath it";
+            }
         }
         if (opens) {
             advance(Seconds(1));
