@@ -13,6 +13,8 @@ Item {
     // There is more of the panel than can be seen.
     required property bool isShort
 
+    z: slider.activeFocus ? 1 : 0 // the ring reaches over the groove beside it
+
     Text {
         id: name
         // In the middle of the slot: an anchor would round to whole points. Drawn 2 points higher
