@@ -34,7 +34,9 @@ PlainButton {
     }
     Row {
         id: content
-        anchors.centerIn: parent
+        // On whole device pixels: an anchor would take whole points.
+        x: Math.round((parent.width - width) / 2 * Screen.devicePixelRatio) / Screen.devicePixelRatio
+        anchors.verticalCenter: parent.verticalCenter
         spacing: 8
 
         IconItem {

@@ -35,7 +35,10 @@ PlainButton {
     }
     Text {
         id: label
-        anchors.centerIn: parent
+        // Not centred by its place, which would be rounded to whole points.
+        anchors.fill: parent
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
         text: button.preset.label
         font: button.panel.fonts.brand(10, "Bold")
         color: button.preset.style.foreground
