@@ -44,7 +44,7 @@ PlainButton {
             width: 22
             height: 22
             visible: available
-            path: button.panel.icon("active")
+            path: button.panel.powerIcon
             color: button.panel.powerStyle.foreground
         }
         Text {

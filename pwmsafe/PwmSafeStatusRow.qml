@@ -86,6 +86,7 @@ Item {
         objectName: "pwmSafeWarning"
         width: parent.width
         visible: !row.model.showsToggleRow
+        z: 101 // the tooltip's shadow reaches down to it
         opacity: row.model.showsWarning ? 1 : 0
         value: row.model.warningText
         color: row.model.warningColor

@@ -14,7 +14,8 @@ PanelModel::PanelModel(const PanelServices& services)
       brightness_(services_, [this] { return view_.brightnessFader(); }),
       warmthReadout_(view_.warmthReadout()), brightnessReadout_(view_.brightnessReadout()),
       statusRow_(view_.statusRow(), services.pwmSafeManager), isOn_(view_.powerSwitch().isOn.get()),
-      power_(services.steadyClock, isOn_ ? 1.0 : 0.0), sheet_(services.steadyClock, 0.0) {
+      powerIcon_(icon(QStringLiteral("active"))), power_(services.steadyClock, isOn_ ? 1.0 : 0.0),
+      sheet_(services.steadyClock, 0.0) {
     for (std::size_t i = 0; i < FilterControlView::presets.size(); ++i)
         presets_.push_back(std::make_unique<PresetModel>(view_, i));
     connect(&power_, &SpringFollower::valueChanged, this, &PanelModel::powerStyleChanged);
@@ -109,6 +110,10 @@ void PanelModel::renderReadouts() {
 }
 
 void PanelModel::renderPower() {
+    if (const QString path = icon(QStringLiteral("active")); path != powerIcon_) {
+        powerIcon_ = path;
+        emit powerIconChanged();
+    }
     const std::optional<SpringSpec> spring = view_.transaction.take();
     const bool isOn = view_.powerSwitch().isOn.get();
     if (isOn == isOn_)

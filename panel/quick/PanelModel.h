@@ -56,6 +56,8 @@ class PanelModel : public QObject {
     Q_PROPERTY(QList<noctra::PresetModel*> presets READ presets CONSTANT)
     Q_PROPERTY(bool isOn READ isOn NOTIFY isOnChanged)
     Q_PROPERTY(noctra::ButtonStyleValue powerStyle READ powerStyle NOTIFY powerStyleChanged)
+    /// The path of the switch's icon, looked up at every render; empty where there is none.
+    Q_PROPERTY(QString powerIcon READ powerIcon NOTIFY powerIconChanged)
 
     Q_PROPERTY(bool showingSettings READ showingSettings NOTIFY showingSettingsChanged)
     /// The sheet while it is on the screen, also while it leaves; else null.
@@ -97,6 +99,7 @@ public:
     [[nodiscard]] QList<PresetModel*> presets() const;
     [[nodiscard]] bool isOn() const { return isOn_; }
     [[nodiscard]] ButtonStyleValue powerStyle() const;
+    [[nodiscard]] QString powerIcon() const { return powerIcon_; }
     [[nodiscard]] bool showingSettings() const { return showingSettings_; }
     [[nodiscard]] SettingsModel* settings() { return settings_.get(); }
     [[nodiscard]] qreal sheetLevel() const { return sheet_.value(); }
@@ -123,6 +126,7 @@ signals:
     void brightnessReadoutChanged();
     void isOnChanged();
     void powerStyleChanged();
+    void powerIconChanged();
     void showingSettingsChanged();
     void settingsChanged();
     void sheetLevelChanged();
@@ -148,6 +152,7 @@ private:
     StatusRowModel statusRow_;
     std::vector<std::unique_ptr<PresetModel>> presets_;
     bool isOn_;
+    QString powerIcon_;
     SpringFollower power_;
     bool showingSettings_ = false;
     std::unique_ptr<SettingsModel> settings_;
