@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 
 namespace noctra {
@@ -31,7 +32,10 @@ public:
     /// thread.
     virtual void close() = 0;
 
+    /// From `show` to `close`, whatever a window manager does with it meanwhile.
     [[nodiscard]] virtual bool isShown() const = 0;
+    /// The window system's number for it while it is shown; else 0.
+    [[nodiscard]] virtual std::uintptr_t window() const = 0;
 
     /// Runs `asked` where the user asks for it to be closed from inside (the Escape key, a window
     /// manager), which does not close it yet.

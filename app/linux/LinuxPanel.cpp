@@ -6,7 +6,7 @@
 #include "app/LibraryLocation.h"
 #include "app/linux/BesideTheProgram.h"
 #include "engine/ColorFilterManager.h"
-#include "platform/linux/tray/QtX11.h"
+#include "platform/linux/tray/PopoverWindow.h"
 #include "pwmsafe/PwmSafeManager.h"
 
 namespace noctra {

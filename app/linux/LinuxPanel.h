@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -32,6 +33,8 @@ public:
     void show(const PanelPlace& place);
     void close();
     [[nodiscard]] bool isShown() const { return window_ && window_->isShown(); }
+    /// The X window while it is shown; else 0.
+    [[nodiscard]] std::uintptr_t window() const { return window_ ? window_->window() : 0; }
     /// Runs `asked` where the user asks from inside for it to be closed.
     void onCloseAsked(std::function<void()> asked) { closeAsked_ = std::move(asked); }
 

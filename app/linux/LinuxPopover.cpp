@@ -4,10 +4,18 @@
 #include <utility>
 
 #include "app/linux/LinuxPanel.h"
+#include "platform/linux/tray/PopoverWindow.h"
 #include "platform/linux/tray/TrayItem.h"
 #include "platform/linux/tray/XInputEventMonitors.h"
 
 namespace noctra {
+
+namespace {
+
+// How long a window manager may take to show a new window.
+constexpr std::chrono::milliseconds mappingPatience{500};
+
+} // namespace
 
 LinuxPopover::LinuxPopover(const Parts& parts) : parts_(parts) {
     connect(&parts_.item, &TrayItem::placed, this, [this] { lookWhereTheItemIs(); });
@@ -28,20 +36,32 @@ void LinuxPopover::setContentSize(double width, double height) {
 }
 
 bool LinuxPopover::isShown() const {
-    return parts_.panel.isShown();
+    return parts_.panel.isShown() &&
+           (parts_.steadyClock.now() < dueAt_ || isBeforeTheEyes(parts_.panel.window()));
 }
 
 void LinuxPopover::show(const StatusItemButton&) {
     const TraySurroundings around = parts_.item.surroundings();
     if (around.screen() == nullptr)
         return; // nor is there anybody to see it
+    if (!isShown())
+        parts_.panel.close(); // it may be hidden
+    const bool wasShown = parts_.panel.isShown();
     place_ = around.popoverPlace(size_);
     isAtItem_ = around.knowsTheItem();
     parts_.panel.show({place_.x(), place_.y(), place_.width(), place_.height()});
+    if (!parts_.panel.isShown())
+        return;
+    if (wasShown) {
+        movePopover(parts_.panel.window(), around.popoverCorner(size_));
+        return;
+    }
+    bringPopover(parts_.panel.window(), around.popoverCorner(size_));
+    dueAt_ = parts_.steadyClock.now() + mappingPatience;
 }
 
 void LinuxPopover::performClose() {
-    if (!isShown())
+    if (!parts_.panel.isShown())
         return;
     if (const auto& press = parts_.monitors.lastPress(); press && press->left)
         parts_.closingPress.closedByPress(press->where, press->when);

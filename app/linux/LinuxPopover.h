@@ -4,6 +4,7 @@
 #include <QtCore/QRect>
 #include <QtCore/QSize>
 
+#include "foundation/Clock.h"
 #include "platform/Popover.h"
 
 namespace noctra {
@@ -22,12 +23,14 @@ public:
         /// Knows the press that closed the popover, if one did.
         const XInputEventMonitors& monitors;
         ClosingPress& closingPress;
+        const SteadyClock& steadyClock;
     };
 
     /// All of `parts` outlive the object.
     explicit LinuxPopover(const Parts& parts);
 
     void setContentSize(double width, double height) override;
+    /// One that the window manager has hidden, or never showed, is not.
     [[nodiscard]] bool isShown() const override;
     void show(const StatusItemButton& button) override;
     void performClose() override;
@@ -39,8 +42,9 @@ private:
 
     const Parts parts_;
     QSize size_;
-    QRect place_;           ///< where it was shown last
-    bool isAtItem_ = false; ///< else where nobody knew better
+    QRect place_;                  ///< where it was shown last
+    bool isAtItem_ = false;        ///< else where nobody knew better
+    SteadyClock::TimePoint dueAt_; ///< by when a window manager has shown it
     std::function<void()> placeChanged_;
 };
 

@@ -210,7 +210,8 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
                 LinuxPopover::Parts{.panel = panel,
                                     .item = *tray.item(),
                                     .monitors = eventMonitors,
-                                    .closingPress = closingPress});
+                                    .closingPress = closingPress,
+                                    .steadyClock = steadyClock});
         },
         .engine = []() -> ColorFilterManager& { return ColorFilterManager::shared(); },
         .restoreBrightness =

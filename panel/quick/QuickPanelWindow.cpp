@@ -32,6 +32,10 @@ QuickPanelWindow::QuickPanelWindow(const PanelServices& services) : services_(se
 QuickPanelWindow::~QuickPanelWindow() = default;
 
 void QuickPanelWindow::show(const PanelPlace& place) {
+    // A window that was shown before is not shown again: window managers have plans of their own
+    // with one that they have hidden.
+    if (view_ && !view_->isVisible())
+        freeScene();
     if (!view_)
         build();
     if (view_->status() != QQuickView::Ready) {
@@ -50,7 +54,7 @@ void QuickPanelWindow::show(const PanelPlace& place) {
     view_->setGeometry(box);
     if (view_->isVisible())
         return; // moved; whoever has the keyboard keeps it
-    if (view_->handle() == nullptr && services_.windowMade)
+    if (services_.windowMade)
         services_.windowMade(view_->winId());
     view_->show();
     view_->raise();
@@ -101,6 +105,10 @@ void QuickPanelWindow::freeScene() {
 
 bool QuickPanelWindow::isShown() const {
     return view_ && view_->isVisible();
+}
+
+std::uintptr_t QuickPanelWindow::window() const {
+    return isShown() ? view_->winId() : 0;
 }
 
 bool QuickPanelWindow::eventFilter(QObject* watched, QEvent* event) {

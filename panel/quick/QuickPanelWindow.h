@@ -26,6 +26,7 @@ public:
     void show(const PanelPlace& place) override;
     void close() override;
     [[nodiscard]] bool isShown() const override;
+    [[nodiscard]] std::uintptr_t window() const override;
     void onCloseAsked(std::function<void()> asked) override { closeAsked_ = std::move(asked); }
 
 protected:

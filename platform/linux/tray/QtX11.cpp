@@ -38,21 +38,6 @@ xcb_window_t rootWindow(xcb_connection_t* connection) {
     return screen != nullptr ? screen->root : XCB_NONE;
 }
 
-void announcePopover(std::uintptr_t window) {
-    xcb_connection_t* const connection = qtXConnection();
-    if (connection == nullptr)
-        return;
-    const xcb_atom_t states[] = {internAtom(connection, "_NET_WM_STATE_SKIP_TASKBAR"),
-                                 internAtom(connection, "_NET_WM_STATE_SKIP_PAGER")};
-    xcb_change_property(connection, XCB_PROP_MODE_APPEND, static_cast<xcb_window_t>(window),
-                        internAtom(connection, "_NET_WM_STATE"), XCB_ATOM_ATOM, 32,
-                        std::size(states), states);
-    const std::uint32_t allWorkspaces = 0xFFFFFFFF;
-    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window),
-                        internAtom(connection, "_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, 32, 1,
-                        &allWorkspaces);
-}
-
 PixelRect wholeScreen(xcb_connection_t* connection) {
     if (connection == nullptr)
         return {};

@@ -23,10 +23,6 @@ namespace noctra {
 /// XCB_NONE where the server does not answer. A round trip.
 [[nodiscard]] xcb_atom_t internAtom(xcb_connection_t* connection, std::string_view name);
 
-/// Asks window managers to leave the window, which has not been shown yet, out of lists of windows,
-/// and to show it on all workspaces (EWMH 1.5, _NET_WM_STATE and _NET_WM_DESKTOP).
-void announcePopover(std::uintptr_t window);
-
 /// XCB_NONE where there is no connection.
 [[nodiscard]] xcb_window_t rootWindow(xcb_connection_t* connection);
 /// The whole X screen as it is now; empty where the server does not answer.

@@ -88,13 +88,17 @@ double TraySurroundings::visibleHeight() const {
 }
 
 QRect TraySurroundings::popoverPlace(const QSize& size) const {
+    return {toPoints(popoverCorner(size), *screen_), size};
+}
+
+PixelPoint TraySurroundings::popoverCorner(const QSize& size) const {
     const PixelRect monitor = pixelsOf(*screen_);
     const PixelRect visible = visibleFrame(monitor, wholeScreen(qtXConnection()), docks_);
     const double factor = screen_->devicePixelRatio();
     const PixelSize pixels{static_cast<int>(std::lround(size.width() * factor)),
                            static_cast<int>(std::lround(size.height() * factor))};
     const std::optional<Edge> edge = bar_ != nullptr ? edgeOf(*bar_, monitor) : std::nullopt;
-    return {toPoints(popoverPosition(pixels, anchor_, visible, edge), *screen_), size};
+    return popoverPosition(pixels, anchor_, visible, edge);
 }
 
 QColor TraySurroundings::templateColor() const {

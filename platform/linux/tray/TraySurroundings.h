@@ -37,6 +37,8 @@ public:
     [[nodiscard]] double visibleHeight() const;
     /// Where a popover of this size belongs; in points. Needs a screen.
     [[nodiscard]] QRect popoverPlace(const QSize& size) const;
+    /// The top left corner of that place to the pixel, which points do not always reach.
+    [[nodiscard]] PixelPoint popoverCorner(const QSize& size) const;
     /// Whether more than the screen is known.
     [[nodiscard]] bool knowsTheItem() const {
         return !std::holds_alternative<HabitualCorner>(anchor_);

@@ -1,0 +1,116 @@
+#include "platform/linux/tray/PopoverWindow.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <string_view>
+#include <vector>
+
+#include "platform/linux/XConnection.h"
+#include "platform/linux/tray/QtX11.h"
+
+namespace noctra {
+
+namespace {
+
+constexpr std::uint32_t allWorkspaces = 0xFFFFFFFF;
+/// Of a message's sender. Window managers obey a pager where they would only note what a program
+/// wants for itself.
+constexpr std::uint32_t pager = 2;
+
+using Numbers = std::vector<std::uint32_t>;
+
+void tellWindowManager(xcb_connection_t* xcb, xcb_window_t window, std::string_view type,
+                       std::array<std::uint32_t, 5> data) {
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = internAtom(xcb, type);
+    std::copy(data.begin(), data.end(), std::begin(message.data.data32));
+    xcb_send_event(xcb, 0, rootWindow(xcb),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message));
+}
+
+xcb_get_property_cookie_t ask(xcb_connection_t* xcb, xcb_window_t window, xcb_atom_t property,
+                              xcb_atom_t type) {
+    constexpr std::uint32_t most = 64;
+    return xcb_get_property(xcb, 0, window, property, type, 0, most);
+}
+
+Numbers answer(xcb_connection_t* xcb, xcb_get_property_cookie_t cookie) {
+    const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(xcb, cookie, nullptr));
+    if (!reply || reply->format != 32)
+        return {};
+    const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return {first, first + reply->value_len};
+}
+
+} // namespace
+
+void announcePopover(std::uintptr_t window) {
+    xcb_connection_t* const xcb = qtXConnection();
+    if (xcb == nullptr)
+        return;
+    const std::array states{internAtom(xcb, "_NET_WM_STATE_SKIP_TASKBAR"),
+                            internAtom(xcb, "_NET_WM_STATE_SKIP_PAGER"),
+                            internAtom(xcb, "_NET_WM_STATE_STICKY")};
+    xcb_change_property(xcb, XCB_PROP_MODE_APPEND, static_cast<xcb_window_t>(window),
+                        internAtom(xcb, "_NET_WM_STATE"), XCB_ATOM_ATOM, 32, states.size(),
+                        states.data());
+}
+
+void bringPopover(std::uintptr_t window, PixelPoint corner) {
+    xcb_connection_t* const xcb = qtXConnection();
+    if (xcb == nullptr)
+        return;
+    const auto id = static_cast<xcb_window_t>(window);
+    tellWindowManager(xcb, id, "_NET_WM_DESKTOP", {allWorkspaces, pager});
+    movePopover(window, corner);
+    tellWindowManager(xcb, id, "_NET_ACTIVE_WINDOW", {pager, XCB_CURRENT_TIME});
+    xcb_flush(xcb);
+}
+
+void movePopover(std::uintptr_t window, PixelPoint corner) {
+    xcb_connection_t* const xcb = qtXConnection();
+    if (xcb == nullptr)
+        return;
+    const std::array<std::int32_t, 2> values{corner.x, corner.y};
+    xcb_configure_window(xcb, static_cast<xcb_window_t>(window),
+                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, values.data());
+}
+
+bool isBeforeTheEyes(std::uintptr_t window) {
+    xcb_connection_t* const xcb = qtXConnection();
+    if (xcb == nullptr)
+        return true;
+    const auto id = static_cast<xcb_window_t>(window);
+    const xcb_window_t root = rootWindow(xcb);
+    const xcb_atom_t workspace = internAtom(xcb, "_NET_WM_DESKTOP");
+    const xcb_atom_t current = internAtom(xcb, "_NET_CURRENT_DESKTOP");
+    const xcb_atom_t states = internAtom(xcb, "_NET_WM_STATE");
+    const xcb_atom_t hidden = internAtom(xcb, "_NET_WM_STATE_HIDDEN");
+    const xcb_atom_t sticky = internAtom(xcb, "_NET_WM_STATE_STICKY");
+
+    const auto askAttributes = xcb_get_window_attributes(xcb, id);
+    const auto askStates = ask(xcb, id, states, XCB_ATOM_ATOM);
+    const auto askWorkspace = ask(xcb, id, workspace, XCB_ATOM_CARDINAL);
+    const auto askCurrent = ask(xcb, root, current, XCB_ATOM_CARDINAL);
+    const XcbReply<xcb_get_window_attributes_reply_t> attributes(
+        xcb_get_window_attributes_reply(xcb, askAttributes, nullptr));
+    const Numbers itsStates = answer(xcb, askStates);
+    const Numbers itsWorkspace = answer(xcb, askWorkspace);
+    const Numbers currentWorkspace = answer(xcb, askCurrent);
+
+    const bool isViewable = attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+    const auto is = [&](xcb_atom_t state) {
+        return std::find(itsStates.begin(), itsStates.end(), state) != itsStates.end();
+    };
+    const bool isElsewhere = !is(sticky) && !itsWorkspace.empty() && !currentWorkspace.empty() &&
+                             itsWorkspace.front() != allWorkspaces &&
+                             itsWorkspace.front() != currentWorkspace.front();
+    return isViewable && !is(hidden) && !isElsewhere;
+}
+
+} // namespace noctra
