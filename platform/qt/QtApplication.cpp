@@ -3,6 +3,7 @@
 #include <utility>
 
 #include <QtGui/QGuiApplication>
+#include <QtGui/QSessionManager>
 #include <QtGui/QWindow>
 
 namespace noctra {
@@ -12,6 +13,11 @@ QtApplication::QtApplication() = default;
 void QtApplication::becomeAgent() {
     // Without a window a Qt program is in nobody's list; with one it stays when the window closes.
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    // Session managers would start it again with an argument of Qt's, besides the autostart entry,
+    // which is what says whether it is started.
+    connect(qGuiApp, &QGuiApplication::saveStateRequest, this, [](QSessionManager& manager) {
+        manager.setRestartHint(QSessionManager::RestartNever);
+    });
 }
 
 void QtApplication::activate() {
