@@ -101,6 +101,13 @@ void AppDelegate::handleClick() {
 
 Menu AppDelegate::quitMenu() {
     return {
+        {.title = "Show Noctra",
+         .action =
+             [this] {
+                 if (!popoverIsShown())
+                     showPopoverIfThereIsAButton();
+             },
+         .standsForClick = true},
         {.title = "Quit Noctra", .action = [this] { quitApp(); }, .keyEquivalent = "q"},
     };
 }

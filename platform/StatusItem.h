@@ -16,6 +16,8 @@ struct MenuItem {
     std::string title;
     std::function<void()> action;
     std::string keyEquivalent = {}; ///< a letter, with the desktop's usual modifier
+    /// It does what a left click does; there only where the desktop keeps left clicks for the menu.
+    bool standsForClick = false;
 };
 using Menu = std::vector<MenuItem>;
 

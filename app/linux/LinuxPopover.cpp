@@ -64,7 +64,7 @@ void LinuxPopover::performClose() {
     if (!parts_.panel.isShown())
         return;
     if (const auto& press = parts_.monitors.lastPress(); press && press->left)
-        parts_.closingPress.closedByPress(press->where, press->when);
+        parts_.closingPress.closedByPress(press->where);
     parts_.panel.close();
 }
 

@@ -128,6 +128,8 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
     const bool hasSessionBus = claim == SessionBusUrlChannel::Claim::ours;
     prepareQt(service, hasSessionBus);
     const QApplication qt(argc, argv);
+    // What desktops call the item in the tray.
+    QCoreApplication::setApplicationName(QStringLiteral("Noctra"));
 
     QtPreferences preferences(QtPreferences::defaultPath(), mainQueue, log);
     process.beforeEnd([&] {
@@ -181,13 +183,12 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
     PosixScratchFiles files;
     LinuxPanel panel(log, mainQueue, steadyClock, application);
     QtImages images;
-    ClosingPress closingPress;
     const QtPresses presses;
     XInputEventMonitors eventMonitors(mainQueue, steadyClock, log,
                                       [&](auto time) { return presses.include(time); });
+    ClosingPress closingPress(eventMonitors);
     TrayBar tray({.log = log,
                   .mainQueue = mainQueue,
-                  .steadyClock = steadyClock,
                   .closingPress = closingPress,
                   .sessionBus = hasSessionBus ? &sessionBus : nullptr});
     AppDelegate delegate({
@@ -206,12 +207,11 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
         .statusBar = tray,
         .eventMonitors = eventMonitors,
         .makePopover = [&]() -> std::unique_ptr<Popover> {
-            return std::make_unique<LinuxPopover>(
-                LinuxPopover::Parts{.panel = panel,
-                                    .item = *tray.item(),
-                                    .monitors = eventMonitors,
-                                    .closingPress = closingPress,
-                                    .steadyClock = steadyClock});
+            return std::make_unique<LinuxPopover>(LinuxPopover::Parts{.panel = panel,
+                                                                      .item = *tray.item(),
+                                                                      .monitors = eventMonitors,
+                                                                      .closingPress = closingPress,
+                                                                      .steadyClock = steadyClock});
         },
         .engine = []() -> ColorFilterManager& { return ColorFilterManager::shared(); },
         .restoreBrightness =

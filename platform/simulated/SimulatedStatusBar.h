@@ -49,6 +49,7 @@ public:
     bool hasItems = true;
     bool hasButtons = true;
     bool opensMenus = false;
+    bool keepsLeftClicks = false;                   ///< for the menu, as GNOME does
     std::optional<double> screenHeight = 900.0;     ///< of the button's screen, what can be seen
     std::optional<double> mainScreenHeight = 900.0; ///< the same of the main screen
 
@@ -102,7 +103,11 @@ private:
     struct Item : StatusItem {
         explicit Item(SimulatedStatusBar& itsBar) : bar(itsBar), itsButton(itsBar) {}
         StatusItemButton* button() override { return bar.hasButtons ? &itsButton : nullptr; }
-        void setMenu(std::optional<Menu> menu) override { bar.menu = std::move(menu); }
+        void setMenu(std::optional<Menu> menu) override {
+            bar.menu = std::move(menu);
+            if (bar.menu && !bar.keepsLeftClicks)
+                std::erase_if(*bar.menu, [](const MenuItem& item) { return item.standsForClick; });
+        }
         [[nodiscard]] bool desktopOpensMenu() const override { return bar.opensMenus; }
         SimulatedStatusBar& bar;
         Button itsButton;

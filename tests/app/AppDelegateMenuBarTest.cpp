@@ -156,7 +156,13 @@ TEST_F(MenuBarTest, ARightClickOffersToQuitAndNothingElse) {
         desktop.settle();
         leftClick();
     }
-    desktop.statusBar.menusOpened.back()[0].action();
+    desktop.statusBar.keepsLeftClicks = true;
+    launch();
+    ASSERT_EQ(desktop.statusBar.menu->size(), 2U);
+    EXPECT_EQ(desktop.statusBar.menu->front().title, "Show Noctra");
+    desktop.statusBar.menu->front().action();
+    EXPECT_TRUE(isShown());
+    desktop.statusBar.menu->back().action();
     EXPECT_EQ(desktop.application.terminatedWith, 0);
     EXPECT_EQ(desktop.displays.tablesOf(1), SimulatedDisplays::linearTables());
 }

@@ -13,6 +13,7 @@ namespace {
 
 // KDE's name for it is the one in use, also elsewhere.
 constexpr auto watcherName = "org.kde.StatusNotifierWatcher";
+constexpr auto shellName = "org.gnome.Shell";
 constexpr auto watcherPath = "/StatusNotifierWatcher";
 constexpr auto registeredProperty = "IsStatusNotifierHostRegistered";
 constexpr int answerMilliseconds = 1000;
@@ -49,6 +50,7 @@ void NotifierHosts::ownerChanged(const QString& owner) {
     replaced_ = replaced_ || (!owner_.isEmpty() && !owner.isEmpty());
     owner_ = owner;
     process_ = 0;
+    keepsLeftClicks_ = false;
     silent_ = !owner.isEmpty();
     if (owner.isEmpty()) {
         set(false);
@@ -59,6 +61,12 @@ void NotifierHosts::ownerChanged(const QString& owner) {
                       if (owner == owner_)
                           process_ = process;
                   });
+    // GNOME's extension for such items is a part of its shell.
+    onReply<QString>(this, bus_.interface()->asyncCall("GetNameOwner", shellName),
+                     [this, owner](const QString& shell) {
+                         if (owner == owner_)
+                             keepsLeftClicks_ = shell == owner;
+                     });
     ask();
 }
 

@@ -22,6 +22,8 @@ public:
     Q_DISABLE_COPY_MOVE(NotifierHosts)
 
     [[nodiscard]] bool isThere() const { return isThere_; }
+    /// It opens an item's menu at a left click, too.
+    [[nodiscard]] bool keepsLeftClicks() const { return keepsLeftClicks_; }
     /// It is not known yet whether there is one; or what keeps the items does not answer.
     [[nodiscard]] bool areSilent() const { return silent_; }
     /// Whether the keeper of the items was replaced by another since this was last asked.
@@ -43,6 +45,7 @@ private:
     bool isThere_ = false;
     bool silent_ = true; ///< asked, and without an answer
     bool replaced_ = false;
+    bool keepsLeftClicks_ = false;
     std::uint32_t process_ = 0;
 };
 

@@ -27,6 +27,10 @@ public:
     Q_DISABLE_COPY_MOVE(TrayHosts)
 
     [[nodiscard]] bool hasNotifierHost() const { return notifiers_ && notifiers_->isThere(); }
+    /// The host of notifier items opens the menu at a left click, too, and tells of none.
+    [[nodiscard]] bool keepsLeftClicks() const {
+        return notifiers_ && notifiers_->keepsLeftClicks();
+    }
     /// It is not known yet whether there is such a host; or what keeps the items on the bus does
     /// not answer. Whoever calls that waits for long.
     [[nodiscard]] bool notifiersAreSilent() const { return notifiers_ && notifiers_->areSilent(); }

@@ -4,6 +4,7 @@
 
 #include <QtGui/QAction>
 #include <QtGui/QGuiApplication>
+#include <QtGui/QKeyEvent>
 #include <QtGui/QScreen>
 
 #include "platform/linux/tray/QtX11.h"
@@ -25,11 +26,18 @@ constexpr Seconds barColorInterval{60.0};
 } // namespace
 
 TrayItem::TrayItem(const TrayServices& services)
-    : services_(services), hosts_(services.sessionBus, [this] { lookForHosts(); }),
+    : services_(services), embeddedClicks_([this](Qt::MouseButton button) {
+          if (button == Qt::LeftButton)
+              clicked(MouseEvent::leftMouseUp);
+          else if (button == Qt::RightButton)
+              clicked(MouseEvent::rightMouseUp);
+      }),
+      hosts_(services.sessionBus, [this] { lookForHosts(); }),
       embedding_(services.mainQueue, [this] { embedIfNothingBetterCame(); }),
       noHost_(services.mainQueue, [this] { sayThatThereIsNoHost(); }),
       settling_(services.mainQueue, [this] { settleIn(); }) {
     noHost_.schedule(hostPatience);
+    menu_.installEventFilter(this);
     for (const auto changed : {&QGuiApplication::screenAdded, &QGuiApplication::screenRemoved})
         connect(qGuiApp, changed, this, [this] { settle(); });
 }
@@ -41,6 +49,8 @@ void TrayItem::lookForHosts() {
         // Qt registers an item anew only where there was nobody in between, and on the same bus.
         if (isNotifierItem_ && hosts_.hasNotifierHost() && hosts_.takeReplacement())
             makeIcon();
+        else if (hosts_.keepsLeftClicks() != hostKeepsClicks_)
+            fillMenu();
         settle();
         return;
     }
@@ -73,6 +83,7 @@ void TrayItem::makeIcon() {
     drawn_ = {};
     icon_.reset(); // a host shall not see two
     icon_ = std::make_unique<QSystemTrayIcon>();
+    fillMenu();
     if (isNotifierItem_)
         icon_->setContextMenu(&menu_);
     connect(icon_.get(), &QSystemTrayIcon::activated, this, &TrayItem::activated);
@@ -104,16 +115,36 @@ void TrayItem::sayThatThereIsNoHost() {
 }
 
 void TrayItem::setMenu(std::optional<Menu> menu) {
+    menuItems_ = std::move(menu);
+    fillMenu();
+}
+
+void TrayItem::fillMenu() {
     menu_.clear();
-    if (!menu)
-        return;
-    for (const MenuItem& item : *menu) {
+    hostKeepsClicks_ = isNotifierItem_ && hosts_.keepsLeftClicks();
+    for (const MenuItem& item : menuItems_.value_or(Menu())) {
+        if (item.standsForClick && !hostKeepsClicks_)
+            continue;
         QAction* const action = menu_.addAction(QString::fromStdString(item.title));
-        if (!item.keyEquivalent.empty())
+        // Hosts that draw the menu would show a key that they do not hear.
+        if (!item.keyEquivalent.empty() && !isNotifierItem_)
             action->setShortcut(
                 QKeySequence("Ctrl+" + QString::fromStdString(item.keyEquivalent).toUpper()));
         connect(action, &QAction::triggered, this, [run = item.action] { run(); });
     }
+}
+
+bool TrayItem::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != &menu_ || event->type() != QEvent::KeyPress)
+        return QObject::eventFilter(watched, event);
+    const QKeySequence pressed(static_cast<QKeyEvent*>(event)->keyCombination());
+    for (QAction* const action : menu_.actions())
+        if (action->shortcut() == pressed) {
+            menu_.hide();
+            action->trigger();
+            return true;
+        }
+    return false;
 }
 
 void TrayItem::setImage(const StatusImage& image) {
@@ -145,20 +176,23 @@ void TrayItem::activated(QSystemTrayIcon::ActivationReason reason) {
     switch (reason) {
     case QSystemTrayIcon::Trigger:
     case QSystemTrayIcon::DoubleClick: // the second of two
-        click_ = pointer();
-        if (!services_.closingPress.swallows(*click_, services_.steadyClock.now()))
-            act(MouseEvent::leftMouseUp);
+        if (!services_.closingPress.swallows(pointer()))
+            clicked(MouseEvent::leftMouseUp);
+        break;
+    case QSystemTrayIcon::MiddleClick:
+        if (hosts_.keepsLeftClicks())
+            clicked(MouseEvent::leftMouseUp);
         break;
     case QSystemTrayIcon::Context:
-        click_ = pointer();
-        act(MouseEvent::rightMouseUp);
+        clicked(MouseEvent::rightMouseUp);
         break;
     default:
         break;
     }
 }
 
-void TrayItem::act(MouseEvent event) {
+void TrayItem::clicked(MouseEvent event) {
+    click_ = pointer();
     event_ = event;
     if (action_)
         action_();

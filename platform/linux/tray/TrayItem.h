@@ -7,11 +7,11 @@
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QSystemTrayIcon>
 
-#include "foundation/Clock.h"
 #include "foundation/Log.h"
 #include "foundation/MainQueue.h"
 #include "platform/StatusItem.h"
 #include "platform/linux/tray/ClosingPress.h"
+#include "platform/linux/tray/EmbeddedClicks.h"
 #include "platform/linux/tray/TrayHosts.h"
 #include "platform/linux/tray/TraySurroundings.h"
 
@@ -21,7 +21,6 @@ namespace noctra {
 struct TrayServices {
     Log& log;
     MainQueue& mainQueue;
-    const SteadyClock& steadyClock;
     /// Knows the press that closed the popover.
     ClosingPress& closingPress;
     /// Null: there is none.
@@ -53,6 +52,10 @@ signals:
     /// The item may have come to another place.
     void placed();
 
+protected:
+    /// The menu's keys, which Qt hears only where a menu hangs in a window.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void setImage(const StatusImage& image) override;
     [[nodiscard]] const StatusImage* image() const override { return image_ ? &*image_ : nullptr; }
@@ -68,8 +71,9 @@ private:
     void settle();
     void settleIn();
     void sayThatThereIsNoHost();
+    void fillMenu();
     void activated(QSystemTrayIcon::ActivationReason reason);
-    void act(MouseEvent event);
+    void clicked(MouseEvent event);
     void lookAtBar();
     void drawIcon();
 
@@ -83,9 +87,12 @@ private:
         std::shared_ptr<const Picture> picture;
         QColor color;
     } drawn_; ///< what the icon was made from
+    std::optional<Menu> menuItems_;
     QMenu menu_;
+    const EmbeddedClicks embeddedClicks_;
     std::unique_ptr<QSystemTrayIcon> icon_; ///< from the first host on
     bool isNotifierItem_ = false;
+    bool hostKeepsClicks_ = false; ///< when the menu was last filled
     TrayHosts hosts_;
     WorkItem embedding_;
     WorkItem noHost_;

@@ -2,33 +2,34 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/simulated/SimulatedStatusBar.h"
+
 namespace noctra {
 
 namespace {
 
-using std::chrono::milliseconds;
-
 constexpr PixelPoint icon{1880, 12};
-constexpr SteadyClock::TimePoint pressed{std::chrono::hours(5)};
 
 TEST(ClosingPress, SwallowsTheActivationThatItsOwnReleaseBrings) {
     struct Case {
         const char* situation;
         PixelPoint at;
-        milliseconds later;
+        bool pressesAgain;
         bool swallowed;
     };
-    for (const Case& known : {Case{"at once", icon, milliseconds(0), true},
-                              Case{"a slow, trembling hand", {1868, 20}, milliseconds(900), true},
-                              Case{"somewhere else", {1880, 40}, milliseconds(100), false},
-                              Case{"held for long", icon, milliseconds(1100), false}}) {
-        ClosingPress press;
-        press.closedByPress(icon, pressed);
-        EXPECT_EQ(press.swallows(known.at, pressed + known.later), known.swallowed)
-            << known.situation;
-        EXPECT_FALSE(press.swallows(icon, pressed + known.later)) << "the next click";
+    for (const Case& known :
+         {Case{"on the item", icon, false, true}, Case{"a trembling hand", {1868, 20}, false, true},
+          Case{"somewhere else", {1880, 40}, false, false},
+          Case{"slid off, then clicked anew", icon, true, false}}) {
+        SimulatedEventMonitors monitors;
+        ClosingPress press(monitors);
+        press.closedByPress(icon);
+        if (known.pressesAgain)
+            static_cast<void>(monitors.pressElsewhere());
+        EXPECT_EQ(press.swallows(known.at), known.swallowed) << known.situation;
+        EXPECT_FALSE(press.swallows(icon)) << "the next click";
+        EXPECT_EQ(monitors.pressElsewhere(), 0) << "nobody listens longer than he has to";
     }
-    EXPECT_FALSE(ClosingPress().swallows(icon, pressed)) << "no press";
 }
 
 } // namespace
