@@ -1,7 +1,6 @@
 #include "app/AppDelegate.h"
 
 #include "app/BundledFonts.h"
-#include "app/Url.h"
 #include "engine/ColorFilterManager.h"
 #include "platform/Application.h"
 #include "platform/DisplayChanges.h"
@@ -44,7 +43,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     if (!unreachable.empty())
         services_.log.log("Automation commands from other programs unavailable: " + unreachable);
     services_.log.log("App launched successfully");
-    if (services_.process.environment("NOCTRA_MENUBAR_ICON_TEST") == "1")
+    if (services_.process.environment(iconTestVariable) == "1")
         runSelfTest();
     else
         openOnFirstRun();
@@ -155,8 +154,7 @@ void AppDelegate::displayServerGone() {
 }
 
 void AppDelegate::handleAutomationURL(const std::string& url) {
-    const std::optional<Url> parsed = parseUrl(url);
-    const auto command = parsed ? automationCommand(*parsed) : std::nullopt;
+    const auto command = commandInUrl(url);
     if (!command) {
         services_.log.log("Ignored invalid automation URL");
         return;

@@ -82,6 +82,11 @@ std::optional<AutomationCommand> automationCommand(std::string_view rawValue) {
     return std::nullopt;
 }
 
+std::optional<AutomationCommand> commandInUrl(std::string_view text) {
+    const std::optional<Url> url = parseUrl(text);
+    return url ? automationCommand(*url) : std::nullopt;
+}
+
 std::optional<AutomationCommand> automationCommand(const Url& url) {
     if (lowerCased(url.scheme) != "noctra")
         return std::nullopt;

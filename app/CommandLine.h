@@ -18,12 +18,15 @@ struct CommandLine {
 
 /// `arguments` without the program's name. An argument that starts with a scheme and a colon is a
 /// URL;
-/// --help and --version win over everything else; any other argument is refused.
+/// --help, or -h, and --version win over everything else; any other argument is refused.
 [[nodiscard]] CommandLine parseCommandLine(const std::vector<std::string>& arguments);
 
 inline constexpr std::string_view usageLine =
-    "usage: noctra [--help | --version | noctra://on | noctra://off | noctra://toggle | "
+    "usage: noctra [-h | --help | --version | noctra://on | noctra://off | noctra://toggle | "
     "noctra://show ...]";
+
+/// What is to be said of those among `urls` that ask for nothing; empty where each is a command.
+[[nodiscard]] std::string complaintAbout(const std::vector<std::string>& urls);
 
 /// What --help prints.
 [[nodiscard]] std::string helpText();

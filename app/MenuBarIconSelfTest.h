@@ -11,6 +11,9 @@
 
 namespace noctra {
 
+/// Set to "1" it asks for the self-test.
+inline constexpr const char* iconTestVariable = "NOCTRA_MENUBAR_ICON_TEST";
+
 /// Swaps the menu-bar icon to off and to active, notes each step in a text file, leaves both icons
 /// as PNG files, and quits. Run instead of the first-run step where the environment asks for it.
 /// Main thread.

@@ -1,11 +1,16 @@
 #include "app/Url.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdint>
 
 namespace noctra {
 
 namespace {
+
+constexpr std::string_view unreservedMarks = "-._~";
+constexpr std::string_view subDelimiters = "!$&'()*+,;=";
+constexpr long highestPort = 65535;
 
 bool isAsciiLetter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
@@ -13,6 +18,16 @@ bool isAsciiLetter(char c) {
 
 bool isAsciiDigit(char c) {
     return c >= '0' && c <= '9';
+}
+
+/// Of the two digits after a percent sign; nothing where they are none.
+std::optional<char> octet(std::string_view digits) {
+    std::uint8_t value = 0;
+    const auto* const end = digits.data() + std::min<std::size_t>(digits.size(), 2);
+    const auto [stop, error] = std::from_chars(digits.data(), end, value, 16);
+    if (digits.size() < 2 || stop != end || error != std::errc())
+        return std::nullopt;
+    return static_cast<char>(value);
 }
 
 /// The length of the scheme at the start of `text`; 0 when there is none.
@@ -25,56 +40,58 @@ std::size_t schemeLength(std::string_view text) {
     return end != text.end() && *end == ':' ? static_cast<std::size_t>(end - text.begin()) : 0;
 }
 
-/// Well-formed UTF-8 (no overlong forms, no surrogates, nothing above U+10FFFF) without control
-/// characters, which could forge log lines and steer the terminal that shows them.
-bool isText(std::string_view bytes) {
-    std::size_t i = 0;
-    while (i < bytes.size()) {
-        const auto lead = static_cast<std::uint8_t>(bytes[i++]);
-        if (lead < 0x20 || lead == 0x7F)
+/// Whether there are only characters that may stand in every part of a URL, encoded octets, and
+/// those of `others`.
+bool consistsOf(std::string_view text, std::string_view others) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (c == '%' && !octet(text.substr(i + 1)))
             return false;
-        if (lead < 0x80)
-            continue;
-        if (lead == 0xC2 && i < bytes.size() && static_cast<std::uint8_t>(bytes[i]) < 0xA0)
-            return false; // U+0080 to U+009F
-        const int following = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
-        std::uint8_t lowest = 0x80;
-        std::uint8_t highest = 0xBF;
-        switch (lead) {
-        case 0xE0:
-            lowest = 0xA0;
-            break;
-        case 0xED:
-            highest = 0x9F;
-            break;
-        case 0xF0:
-            lowest = 0x90;
-            break;
-        case 0xF4:
-            highest = 0x8F;
-            break;
-        default:
-            break;
-        }
-        if (lead < 0xC2 || lead > 0xF4)
+        if (c != '%' && !isAsciiLetter(c) && !isAsciiDigit(c) &&
+            unreservedMarks.find(c) == std::string_view::npos &&
+            subDelimiters.find(c) == std::string_view::npos &&
+            others.find(c) == std::string_view::npos)
             return false;
-        for (int n = 0; n < following; ++n, lowest = 0x80, highest = 0xBF) {
-            if (i == bytes.size())
-                return false;
-            const auto next = static_cast<std::uint8_t>(bytes[i++]);
-            if (next < lowest || next > highest)
-                return false;
-        }
     }
     return true;
 }
 
-std::string hostOf(std::string_view authority) {
-    if (const auto at = authority.rfind('@'); at != std::string_view::npos)
+std::string decoded(std::string_view text) {
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto encoded = text[i] == '%' ? octet(text.substr(i + 1)) : std::nullopt;
+        result += encoded.value_or(text[i]);
+        if (encoded)
+            i += 2;
+    }
+    return result;
+}
+
+bool isPort(std::string_view text) {
+    long value = 0;
+    const auto* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    return text.empty() || (isAsciiDigit(text.front()) && stop == end && error == std::errc() &&
+                            value <= highestPort);
+}
+
+/// The host, decoded; nothing where `authority` is none.
+std::optional<std::string> hostOf(std::string_view authority) {
+    if (const auto at = authority.find('@'); at != std::string_view::npos) {
+        if (!consistsOf(authority.substr(0, at), ":"))
+            return std::nullopt;
         authority.remove_prefix(at + 1);
-    if (!authority.starts_with('[')) // an address in brackets keeps its colons
-        authority = authority.substr(0, authority.find(':'));
-    return std::string(authority);
+    }
+    // An address in brackets keeps its colons.
+    const bool isAddress = authority.starts_with('[');
+    const auto end = isAddress ? authority.find(']') : authority.find(':');
+    const std::string_view host =
+        authority.substr(0, isAddress && end != std::string_view::npos ? end + 1 : end);
+    const std::string_view port = authority.substr(host.size());
+    if (!consistsOf(host, isAddress ? "[:]" : "") ||
+        !isPort(port.substr(port.starts_with(':') ? 1 : 0)))
+        return std::nullopt;
+    return decoded(host);
 }
 
 std::vector<std::string> componentsOf(std::string_view path) {
@@ -84,10 +101,18 @@ std::vector<std::string> componentsOf(std::string_view path) {
     while (!path.empty()) {
         const auto slash = path.find('/');
         if (const auto component = path.substr(0, slash); !component.empty())
-            components.emplace_back(component);
+            components.push_back(decoded(component));
         path = slash == std::string_view::npos ? std::string_view{} : path.substr(slash + 1);
     }
     return components;
+}
+
+/// `text` up to `delimiter`, which goes along with what is taken off.
+std::string_view takeUpTo(std::string_view& text, char delimiter) {
+    const auto end = text.find(delimiter);
+    const std::string_view part = text.substr(0, end);
+    text = end == std::string_view::npos ? std::string_view{} : text.substr(end + 1);
+    return part;
 }
 
 } // namespace
@@ -98,20 +123,26 @@ bool startsWithUrlScheme(std::string_view text) {
 
 std::optional<Url> parseUrl(std::string_view text) {
     const std::size_t scheme = schemeLength(text);
-    if (scheme == 0 || text.size() > longestUrl || !isText(text))
+    if (scheme == 0 || text.size() > longestUrl)
         return std::nullopt;
 
     Url url;
     url.scheme = text.substr(0, scheme);
-    std::string_view rest = text.substr(scheme + 1);
-    rest = rest.substr(0, rest.find_first_of("?#"));
-    if (rest.starts_with("//")) {
-        rest.remove_prefix(2);
-        const auto slash = rest.find('/');
-        url.host = hostOf(rest.substr(0, slash));
-        rest = slash == std::string_view::npos ? std::string_view{} : rest.substr(slash);
+    std::string_view fragment = text.substr(scheme + 1);
+    std::string_view query = takeUpTo(fragment, '#');
+    std::string_view path = takeUpTo(query, '?');
+    if (path.starts_with("//")) {
+        path.remove_prefix(2);
+        const std::string_view authority = path.substr(0, path.find('/'));
+        path.remove_prefix(authority.size());
+        auto host = hostOf(authority);
+        if (!host)
+            return std::nullopt;
+        url.host = std::move(*host);
     }
-    url.pathComponents = componentsOf(rest);
+    if (!consistsOf(path, ":@/") || !consistsOf(query, ":@/?") || !consistsOf(fragment, ":@/?"))
+        return std::nullopt;
+    url.pathComponents = componentsOf(path);
     return url;
 }
 

@@ -7,7 +7,8 @@
 
 namespace noctra {
 
-/// The parts of a URL that the program looks at; nothing in them is percent-decoded.
+/// The parts of a URL that the program looks at. Host and components are percent-decoded, once;
+/// they may hold any bytes then.
 struct Url {
     std::string scheme; ///< as written
     std::string host;   ///< empty when there is none; without user information and port
@@ -19,8 +20,8 @@ struct Url {
 /// recipients for 8,000 octets), and a bound on what one line of the log can hold.
 inline constexpr std::size_t longestUrl = 8192;
 
-/// Splits `text` by the generic syntax of RFC 3986. Nothing when it has no scheme, is longer than
-/// `longestUrl`, or holds bytes that are not UTF-8 or a control character.
+/// Splits `text` by the generic syntax of RFC 3986. Nothing where it is no URL by that, which has
+/// neither spaces nor control characters nor anything beyond ASCII, or is longer than `longestUrl`.
 [[nodiscard]] std::optional<Url> parseUrl(std::string_view text);
 
 /// True when `text` starts like a URL: a scheme's characters and a colon.

@@ -9,6 +9,7 @@
 #include <QtWidgets/QApplication>
 
 #include "app/AppDelegate.h"
+#include "app/CommandLine.h"
 #include "app/DebugLogger.h"
 #include "app/LibraryLocation.h"
 #include "app/linux/BesideTheProgram.h"
@@ -104,10 +105,17 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
     SessionBusLink sessionBus(mainQueue);
     SessionBusUrlChannel urlChannel(mainQueue, sessionBus);
     const SessionBusUrlChannel::Claim claim = urlChannel.claim();
+    const std::string complaint = complaintAbout(urls);
     if (claim == SessionBusUrlChannel::Claim::anothers) {
+        if (process.environment(iconTestVariable) == "1")
+            return failToRun("the icon self-test cannot run beside the running Noctra");
         const std::string problem = urlChannel.handOver(urls);
-        return problem.empty() ? 0 : failToRun("the running Noctra cannot be reached: " + problem);
+        if (!problem.empty())
+            return failToRun("the running Noctra cannot be reached: " + problem);
+        return complaint.empty() ? 0 : failToRun(complaint);
     }
+    if (!complaint.empty())
+        static_cast<void>(failToRun(complaint)); // it runs all the same
 
     static SharedLog log;
     const DisplayService service = chooseDisplays(log);

@@ -16,8 +16,8 @@ def test_the_log_begins_with_version_system_and_screens(desk):
 
 
 @pytest.mark.parametrize("arguments, status, output", [
-    (["--version"], 0, "noctra 2.23"), (["--help"], 0, "noctra"), (["foo"], 2, None), (["--foo"], 2, None),
-    (["-h"], 2, None), ([""], 2, None), (["noctra://on", "foo"], 2, None)])
+    (["--version"], 0, "noctra 2.23"), (["--help"], 0, "noctra"), (["-h"], 0, "noctra"), (["foo"], 2, None), (["--foo"], 2, None),
+    ([""], 2, None), (["noctra://on", "foo"], 2, None)])
 def test_questions_on_the_command_line_need_no_display(desk, arguments, status, output):
     program = desk.launch(*arguments, environment={"DISPLAY": None})
     assert program.ends() == status
