@@ -61,3 +61,8 @@ def test_the_icons_self_test_leaves_two_png_files_and_quits(desk, panel):
     assert desk.is_untouched()
     for file in files:
         file.unlink()
+
+    desk.start()
+    test = desk.launch(environment={"NOCTRA_MENUBAR_ICON_TEST": "1"})
+    assert test.ends() == 1 and len(test.errors) == 1, "beside a running one"
+    assert not report.exists()

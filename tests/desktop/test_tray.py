@@ -1,6 +1,8 @@
 """The item in the trays that people have: what it looks like, what clicks on it do, and that it is there
 whenever a tray is."""
 
+import pathlib
+
 import pytest
 
 from desk import wait_until
@@ -8,7 +10,18 @@ from machine import TrayHost
 from panel import ELSEWHERE, FIRST_DISPLAY, at, middle_of, pixels
 
 RED, WHITE, BLACK = TrayHost.ACTIVE, TrayHost.WHITE, TrayHost.BLACK
-
+BENCH = pathlib.Path(__file__).parents[2] / "bench/tray"
+GNOME_SHELL = """
+import sys; sys.path.insert(0, sys.argv[1])
+from host import Gio, Host
+class Shell(Host):
+    def _register(self, bus, sender, *rest):
+        print("item", sender, flush=True)
+        super()._register(bus, sender, *rest)
+shell = Shell()
+Gio.bus_own_name_on_connection(shell._bus, "org.gnome.Shell", 0, None, None)
+shell.serve(600)
+"""
 
 
 @pytest.fixture(params=["notifier", "embedded"])
@@ -129,4 +142,41 @@ def test_the_items_colour_suits_the_bar(desk, panel, bar, template):
     item(desk, template)
     desk.command(program, "noctra://on")
     item(desk, RED)
+    assert desk.ends_cleanly(program)
+
+
+def test_a_click_in_a_tray_of_the_x_server_is_one_when_the_button_comes_up_on_the_item(desk, panel):
+    TrayHost(desk, "embedded").start()
+    program = desk.start_dimmed()
+    where = item(desk, RED)
+    panel.hands.do("mousemove", *where, "mousedown", 1)
+    desk.command(program, "noctra://on")  # what the press does is done by now
+    assert not panel.hands.windows()
+    panel.hands.do("mousemove", *ELSEWHERE, "mouseup", 1)
+    desk.command(program, "noctra://on")
+    assert not panel.hands.windows(), "whoever slides off has thought better of it"
+    open_and_close(desk, panel)
+
+    panel.hands.click(*where, button=3)
+    assert wait_until(lambda: panel.hands.type("ctrl+q") or program.child.poll() is not None)
+    assert program.ends() == 0 and desk.is_untouched()
+
+
+def test_gnomes_shell_which_keeps_left_clicks_for_the_menu_is_offered_the_panel_there(desk, panel):
+    shell = desk.run("/usr/bin/python3", "-B", "-c", GNOME_SHELL, BENCH)
+    assert wait_until(lambda: desk.bus.has("org.gnome.Shell"))
+    program = desk.start()
+    assert shell.says("item")
+
+    def call(path, interface, method, signature, *arguments):
+        return desk.bus.client().call_blocking(shell.lines[0].split()[1], path, interface, method, signature, arguments)
+    kde = "org.kde.StatusNotifierItem"
+    properties = call("/StatusNotifierItem", "org.freedesktop.DBus.Properties", "GetAll", "s", kde)
+    assert (properties["Title"], properties["Id"]) == ("Noctra", "Noctra")
+    _, (_, _, rows) = call(properties["Menu"], "com.canonical.dbusmenu", "GetLayout", "iias", 0, 1, [])
+    rows = [row[1] for row in rows]
+    assert [row["label"].replace("_", "") for row in rows] == ["Show Noctra", "Quit Noctra"]
+    assert not any("shortcut" in row for row in rows)
+    call("/StatusNotifierItem", kde, "SecondaryActivate", "ii", 0, 0)
+    assert panel.opens()
     assert desk.ends_cleanly(program)
