@@ -17,10 +17,12 @@ constexpr int mostLooks = 500; // 5 s in all: the way out may have to wait for a
 // Without destructors: a thread may crash while the process is ending.
 std::array<struct sigaction, crashes.size()> before;
 pthread_t theAnswerer;
+std::atomic<bool> handedOver = false;
 std::atomic<bool> leftToSystem = false;
 
 /// Only what POSIX lets a handler do.
 void handOver(int signal, siginfo_t* info, void* /*context*/) {
+    handedOver = true;
     if (pthread_equal(pthread_self(), theAnswerer) == 0 &&
         pthread_kill(theAnswerer, crashNotice()) == 0)
         for (int look = 0; look < mostLooks && !leftToSystem; ++look)
@@ -36,6 +38,10 @@ void handOver(int signal, siginfo_t* info, void* /*context*/) {
 
 int crashNotice() {
     return SIGRTMIN;
+}
+
+bool crashWasHandedOver() {
+    return handedOver;
 }
 
 void handCrashesTo(pthread_t answerer) {

@@ -12,6 +12,8 @@ namespace noctra {
 /// From now on a thread that crashes sends `crashNotice` to `answerer` and waits. Once, at the
 /// start.
 void handCrashesTo(pthread_t answerer);
+/// Whether a thread has crashed; else a `crashNotice` is a signal that somebody else has sent.
+[[nodiscard]] bool crashWasHandedOver();
 /// The answerer has nothing to say: the process ends by the signal, as it would have without this.
 /// It does so too 5 s after the crash, and at once where the answerer crashes itself.
 void leaveCrashToSystem();

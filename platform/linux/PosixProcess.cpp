@@ -91,11 +91,11 @@ void PosixProcess::takeSignals() {
             onTermination = state_->onTermination;
             onCrash = state_->onCrash;
         }
-        if (signal == crashNotice()) {
+        if (signal == crashNotice() && crashWasHandedOver()) {
             if (onCrash)
                 onCrash();
             leaveCrashToSystem();
-        } else if (!onTermination)
+        } else if (signal == crashNotice() || !onTermination)
             endBySignal(signal);
         else
             onTermination(signal == SIGINT    ? TerminationSignal::interrupt

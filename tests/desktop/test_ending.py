@@ -106,3 +106,7 @@ def test_a_reader_of_the_log_does_not_hold_the_end_up(desk, reader):
     assert desk.becomes_dimmed()
     assert program.ends(signal.SIGTERM, LONGEST_END) == 0
     assert desk.is_untouched()
+
+
+def test_a_signal_that_means_nothing_to_it_ends_it_as_it_does_any_program(desk):
+    assert desk.start().ends(signal.SIGRTMIN) == -signal.SIGRTMIN
