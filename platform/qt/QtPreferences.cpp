@@ -46,7 +46,7 @@ QString QtPreferences::defaultPath() {
 }
 
 void QtPreferences::open() {
-    if (QFileInfo(path_).isSymLink() || QFileInfo::exists(path_)) {
+    if (QFileInfo::exists(path_)) { // what a link leads to
         QFile file(path_);
         const bool readable = QFileInfo(path_).isFile() && file.open(QIODevice::ReadOnly);
         const QByteArray bytes = readable ? file.read(largestIni + 1) : QByteArray();

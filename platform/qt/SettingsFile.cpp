@@ -12,11 +12,12 @@ namespace noctra {
 
 namespace {
 
-QString behindLinks(const QString& path) {
-    const QFileInfo info(path);
-    if (info.exists())
-        return info.canonicalFilePath();
-    return info.isSymLink() ? info.symLinkTarget() : path;
+/// Also where what the links lead to is not there yet.
+QString behindLinks(QString path) {
+    constexpr int mostLinks = 40; // as many as the kernel follows
+    for (int links = 0; links < mostLinks && QFileInfo(path).isSymLink(); ++links)
+        path = QFileInfo(path).symLinkTarget();
+    return path;
 }
 
 /// Whether everything has reached the file.

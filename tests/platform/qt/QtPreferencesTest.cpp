@@ -100,6 +100,18 @@ TEST_F(QtPreferencesTest, NeverWriteOverWhatTheyCouldNotKeepACopyOf) {
     EXPECT_EQ(desktop.log.messages.size(), 1U);
 }
 
+TEST_F(QtPreferencesTest, WriteThroughLinksToAFileThatIsNotThereYet) {
+    const QString folder = home.filePath("config/noctra/");
+    ASSERT_TRUE(QDir().mkpath(folder) && QFile::link("elsewhere.conf", path) &&
+                QFile::link("far/away.conf", folder + "elsewhere.conf"));
+    const auto preferences = open();
+    preferences->setDouble("filterBrightness", 0.5);
+    preferences->flush();
+    EXPECT_TRUE(QFileInfo(path).isSymLink());
+    EXPECT_TRUE(contentsOf(folder + "far/away.conf").contains("=0.5"));
+    EXPECT_EQ(desktop.log.messages.size(), 0U);
+}
+
 TEST_F(QtPreferencesTest, MoveADamagedFileAsideAndNeverOverAnEarlierOne) {
     QByteArray everyByte;
     for (int byte = 0; byte < 256; ++byte)
