@@ -49,7 +49,7 @@ PwmSafeManager::PwmSafeManager(const PwmSafeServices& services)
 }
 
 void PwmSafeManager::enabledDidChange() {
-    if (isEnabled == wasEnabled_)
+    if (isEnabled == wasEnabled_ || isSealed())
         return;
     wasEnabled_ = isEnabled;
     resumesLater_ = false;
@@ -123,6 +123,7 @@ std::size_t PwmSafeManager::lockAtFull(const std::vector<DisplayId>& displays,
         return priorBrightnesses_.size();
     if (records == Records::anew)
         priorBrightnesses_.clear();
+    lockedDisplays_ = {displays.begin(), displays.end()};
     for (const DisplayId display : displays) {
         if (!priorBrightnesses_.contains(display))
             if (const std::optional<float> prior = readBrightness(display, full))
@@ -137,7 +138,7 @@ void PwmSafeManager::scheduleVerification() {
 }
 
 void PwmSafeManager::verify() {
-    if (!isEnabled || services_.bridge.getBrightness() == nullptr)
+    if (!isEnabled || isSealed() || services_.bridge.getBrightness() == nullptr)
         return;
     const std::optional<Reading> low = firstLowDisplay();
     if (!low) {
@@ -164,7 +165,7 @@ void PwmSafeManager::checkForDrift() {
 }
 
 void PwmSafeManager::reassertNow(const std::string& reason) {
-    if (!isEnabled)
+    if (!isEnabled || isSealed())
         return;
     display_services::SetBrightness* setter = activeSetter();
     if (setter == nullptr)
@@ -200,6 +201,17 @@ void PwmSafeManager::restoreOnExit() {
 void PwmSafeManager::sealForExit() {
     const std::lock_guard lock(mutex_);
     sealed_ = true;
+}
+
+bool PwmSafeManager::isSealed() const {
+    const std::lock_guard lock(mutex_);
+    return sealed_;
+}
+
+/// Whether the displays that were last set to full brightness are others than `displays`.
+bool PwmSafeManager::locksOthersThan(const std::vector<DisplayId>& displays) const {
+    const std::lock_guard lock(mutex_);
+    return lockedDisplays_ != std::set<DisplayId>(displays.begin(), displays.end());
 }
 
 std::optional<PwmSafeManager::Reading> PwmSafeManager::firstLowDisplay() const {

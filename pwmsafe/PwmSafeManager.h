@@ -90,6 +90,7 @@ private:
     void abortEnable(const char* reason);
     void applyDisable();
     void disableALCForControllableDisplays();
+    [[nodiscard]] bool locksOthersThan(const std::vector<DisplayId>& displays) const;
     enum class Records { anew, kept };
     std::size_t lockAtFull(const std::vector<DisplayId>& displays,
                            display_services::SetBrightness* setter, Records records);
@@ -107,6 +108,7 @@ private:
     [[nodiscard]] display_services::SetBrightness* activeSetter() const;
     [[nodiscard]] std::optional<float> readBrightness(DisplayId display, float prefilled) const;
     [[nodiscard]] std::optional<Reading> firstLowDisplay() const;
+    [[nodiscard]] bool isSealed() const;
     [[nodiscard]] double secondsNow() const;
 
     const PwmSafeServices services_;
@@ -123,6 +125,7 @@ private:
     // Guarded by mutex_:
     std::map<DisplayId, float> priorBrightnesses_;
     std::set<DisplayId> alcDisabledDisplays_;
+    std::set<DisplayId> lockedDisplays_; // set to full brightness last
     bool sealed_ = false;
 
     /// Deferred work holds this weakly and does nothing once the controller is gone.

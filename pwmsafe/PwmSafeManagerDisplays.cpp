@@ -70,7 +70,7 @@ void PwmSafeManager::brightnessControlsChanged() {
                                        refreshControllableDisplays();
                                        if (resumesLater_ && hasControllableDisplay_)
                                            isEnabled = true;
-                                       else
+                                       else if (locksOthersThan(controllableDisplayIDs()))
                                            reassertNow("brightness controls changed");
                                    });
 }

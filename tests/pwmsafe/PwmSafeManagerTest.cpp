@@ -329,6 +329,10 @@ TEST_F(PwmSafe, LocksAMonitorThatCanBeChangedOnlyMomentsAfterTheModeCameOn) {
     desktop.displayChanges.brightnessControlsChanged();
     desktop.advance(Seconds(1.2));
     EXPECT_EQ(displays[5].brightness, 1.0F);
+    forget();
+    desktop.displayChanges.brightnessControlsChanged();
+    desktop.advance(Seconds(1.2));
+    EXPECT_EQ(log, Lines()) << "the same displays as before";
     manager->isEnabled = false;
     EXPECT_EQ(displays[5].brightness, 0.5F);
 }
@@ -354,8 +358,9 @@ TEST_F(PwmSafe, PutsEverythingBackAtTheEndWhateverItsState) {
         EXPECT_EQ(log, Lines{"PWM-Safe restoreOnExit - restored 0 display(s)"});
         EXPECT_TRUE(calls.empty());
 
-        // Whatever the main thread still does must not lock the displays again.
+        // Whatever the main thread still does must not lock the displays again, nor say so.
         manager->isEnabled = !enabled;
+        EXPECT_EQ(log.size(), 1U);
         desktop.displayChanges.screenParametersChanged();
         desktop.displayChanges.woke();
         desktop.advance(Seconds(20));
