@@ -12,7 +12,7 @@
 #include "bench/Allocations.h"
 #include "bench/Timing.h"
 #include "engine/ColorFilterManager.h"
-#include "platform/linux/Connectors.h"
+#include "platform/linux/DisplayServicesHost.h"
 #include "platform/linux/PosixLibraryLoader.h"
 #include "platform/linux/RandrDisplays.h"
 #include "platform/linux/backlight/SysfsBacklight.h"
@@ -55,7 +55,8 @@ void makePanel(const RandrConnection& connection) {
         return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
     };
     const xcb_atom_t panel = atom(panelConnectorType);
-    for (const RandrScreen& screen : readConfiguration(connection).screens) {
+    const RandrOutputProperties properties(xcb);
+    for (const RandrScreen& screen : readConfiguration(connection, properties).screens) {
         xcb_randr_change_output_property(xcb, screen.output, atom(connectorTypeProperty),
                                          XCB_ATOM_ATOM, 32, XCB_PROP_MODE_REPLACE, 1, &panel);
         break;

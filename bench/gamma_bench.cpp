@@ -26,7 +26,8 @@ constexpr std::size_t warmUp = 200;
 class BareWrites {
 public:
     BareWrites() : connection_(connectToRandr(nullptr)) {
-        for (const RandrScreen& screen : readConfiguration(connection_).screens)
+        const RandrOutputProperties properties(connection_.xcb.get());
+        for (const RandrScreen& screen : readConfiguration(connection_, properties).screens)
             crtcs_.push_back(screen.crtc);
     }
 

@@ -149,7 +149,7 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
     XdgLoginItem loginItem(programPath(),
                            [&](const char* name) { return process.environment(name); });
     DisplayServicesHost displayServicesHost(
-        mainQueue, steadyClock,
+        mainQueue, steadyClock, displays.online(),
         {.controllabilityChanged =
              [&] { mainQueue.async([&] { displayChanges.brightnessControlsChanged(); }); },
          .backlightWritten =
@@ -260,6 +260,8 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
         delegate.displayServerGone();
     });
 
+    if (DisplayServicesHost::hasLevelsToPutBack())
+        static_cast<void>(DisplayServicesBridge::shared().getBrightness()); // opens the library
     delegate.applicationDidFinishLaunching();
     const LogindSleep sleep(mainQueue, log, [&] { displayChanges.woke(); });
     urlChannel.deliver(urls);

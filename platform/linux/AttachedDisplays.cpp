@@ -1,17 +1,27 @@
-#include "platform/linux/RandrOnlineDisplays.h"
+#include "platform/linux/AttachedDisplays.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace noctra {
 
-void RandrOnlineDisplays::replace(const std::vector<RandrScreen>& screens) {
+void AttachedDisplays::replace(std::vector<AttachedDisplay> displays) {
     const std::lock_guard lock(mutex_);
-    displays_.clear();
-    for (const RandrScreen& screen : screens)
-        displays_.push_back({screen.output, screen.builtIn});
+    if (displays == displays_)
+        return;
+    displays_ = std::move(displays);
+    if (receiver_)
+        receiver_(displays_);
 }
 
-std::int32_t RandrOnlineDisplays::list(std::span<DisplayId> ids, std::uint32_t& count) const {
+void AttachedDisplays::deliverTo(
+    std::function<void(const std::vector<AttachedDisplay>&)> receiver) {
+    const std::lock_guard lock(mutex_);
+    receiver_ = std::move(receiver);
+    receiver_(displays_);
+}
+
+std::int32_t AttachedDisplays::list(std::span<DisplayId> ids, std::uint32_t& count) const {
     const std::lock_guard lock(mutex_);
     const std::size_t filled = std::min(ids.size(), displays_.size());
     for (std::size_t i = 0; i < filled; ++i)
@@ -20,10 +30,11 @@ std::int32_t RandrOnlineDisplays::list(std::span<DisplayId> ids, std::uint32_t& 
     return 0;
 }
 
-bool RandrOnlineDisplays::isBuiltIn(DisplayId display) const {
+bool AttachedDisplays::isBuiltIn(DisplayId display) const {
     const std::lock_guard lock(mutex_);
-    return std::any_of(displays_.begin(), displays_.end(),
-                       [&](const Display& known) { return known.id == display && known.builtIn; });
+    return std::ranges::any_of(displays_, [&](const AttachedDisplay& known) {
+        return known.id == display && known.builtIn;
+    });
 }
 
 } // namespace noctra

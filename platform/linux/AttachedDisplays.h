@@ -1,28 +1,30 @@
 #pragma once
 
+#include <functional>
 #include <mutex>
 #include <vector>
 
+#include "platform/DisplayIdentity.h"
 #include "platform/OnlineDisplays.h"
-#include "platform/linux/RandrScreens.h"
 
 namespace noctra {
 
-/// The X server's displays as last seen by whoever follows them. Any thread.
-class RandrOnlineDisplays : public OnlineDisplays {
+/// The attached displays as last seen by whoever follows them. Any thread.
+class AttachedDisplays : public OnlineDisplays {
 public:
-    void replace(const std::vector<RandrScreen>& screens);
+    /// Takes over the displays, in the desktop's order.
+    void replace(std::vector<AttachedDisplay> displays);
+    /// Hands the displays to `receiver` now and after each change, the newest last. One receiver.
+    void deliverTo(std::function<void(const std::vector<AttachedDisplay>&)> receiver);
 
     std::int32_t list(std::span<DisplayId> ids, std::uint32_t& count) const override;
     [[nodiscard]] bool isBuiltIn(DisplayId display) const override;
 
 private:
-    struct Display {
-        DisplayId id;
-        bool builtIn;
-    };
     mutable std::mutex mutex_;
-    std::vector<Display> displays_; // guarded by mutex_
+    // Guarded by mutex_:
+    std::vector<AttachedDisplay> displays_;
+    std::function<void(const std::vector<AttachedDisplay>&)> receiver_;
 };
 
 } // namespace noctra

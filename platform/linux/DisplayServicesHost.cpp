@@ -4,6 +4,9 @@
 #include <utility>
 
 #include <dlfcn.h>
+#include <unistd.h>
+
+#include "platform/linux/StateFolder.h"
 
 namespace noctra {
 
@@ -17,15 +20,16 @@ Function* find(void* library, const char* symbol) {
 } // namespace
 
 DisplayServicesHost::DisplayServicesHost(MainQueue& mainQueue, const SteadyClock& clock,
-                                         Handlers handlers)
-    : mainQueue_(mainQueue), clock_(clock), handlers_(std::move(handlers)) {}
+                                         AttachedDisplays& displays, Handlers handlers)
+    : mainQueue_(mainQueue), clock_(clock), displays_(displays), handlers_(std::move(handlers)) {}
 
 void DisplayServicesHost::adopt(void* library) {
     using namespace display_services;
+    auto* setDisplays = find<SetDisplays>(library, setDisplaysSymbol);
     auto* descriptor = find<NewsDescriptor>(library, newsDescriptorSymbol);
     auto* takeNews = find<TakeNews>(library, takeNewsSymbol);
     auto* finish = find<Finish>(library, finishSymbol);
-    if (descriptor == nullptr || takeNews == nullptr || finish == nullptr)
+    if (setDisplays == nullptr || descriptor == nullptr || takeNews == nullptr || finish == nullptr)
         return;
     {
         const std::lock_guard lock(mutex_);
@@ -34,10 +38,17 @@ void DisplayServicesHost::adopt(void* library) {
         takeNews_ = takeNews;
         finish_ = finish;
     }
+    displays_.deliverTo([setDisplays](const std::vector<AttachedDisplay>& displays) {
+        setDisplays(displays.data(), displays.size());
+    });
     mainQueue_.async([this, news = descriptor()] {
         if (news >= 0)
             watch_ = mainQueue_.watch(news, [this] { hearNews(); });
     });
+}
+
+bool DisplayServicesHost::hasLevelsToPutBack() {
+    return ::access(stateFile(display_services::ownLevelsFile).c_str(), F_OK) == 0;
 }
 
 void DisplayServicesHost::hearNews() const {

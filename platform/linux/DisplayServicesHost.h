@@ -6,12 +6,13 @@
 
 #include "foundation/Clock.h"
 #include "foundation/MainQueue.h"
+#include "platform/linux/AttachedDisplays.h"
 #include "platform/linux/displayservices/HostFunctions.h"
 
 namespace noctra {
 
-/// What the program does for its display-services library, once that has been opened: hears its
-/// news, and waits for it at the end.
+/// What the program does for its display-services library, once that has been opened: tells it the
+/// displays, hears its news, and waits for it at the end.
 class DisplayServicesHost {
 public:
     struct Handlers {
@@ -19,9 +20,10 @@ public:
         std::function<void()> backlightWritten;       ///< gamma tables may have gone with it
     };
 
-    /// The handlers run on the main queue, or on whatever thread calls hearNews. The queue must
-    /// outlive the object, as must `clock`.
-    DisplayServicesHost(MainQueue& mainQueue, const SteadyClock& clock, Handlers handlers);
+    /// The handlers run on the main queue, or on whatever thread calls hearNews. What is passed by
+    /// reference must outlive the object.
+    DisplayServicesHost(MainQueue& mainQueue, const SteadyClock& clock, AttachedDisplays& displays,
+                        Handlers handlers);
     DisplayServicesHost(const DisplayServicesHost&) = delete;
     DisplayServicesHost& operator=(const DisplayServicesHost&) = delete;
 
@@ -29,8 +31,12 @@ public:
     /// thread; the first call counts.
     void adopt(void* library);
 
-    /// Waits until the library has written what it has been asked for, until `patience` after the
-    /// first call. Any thread.
+    /// True when an earlier run has left levels that the library has to put back: it is to be
+    /// opened at once.
+    [[nodiscard]] static bool hasLevelsToPutBack();
+
+    /// Waits until the library has put every level back that it has changed, until `patience` after
+    /// the first call. Any thread.
     void finish(Seconds patience);
 
     /// Hears what the main queue has not come to yet. At the end of the process; any thread.
@@ -39,6 +45,7 @@ public:
 private:
     MainQueue& mainQueue_;
     const SteadyClock& clock_;
+    AttachedDisplays& displays_;
     const Handlers handlers_;
     AnyCancellable watch_; // main thread
 

@@ -7,8 +7,9 @@ namespace noctra {
 namespace {
 
 const RandrScreen* find(const std::vector<RandrScreen>& screens, DisplayId display) {
-    const auto found = std::find_if(screens.begin(), screens.end(),
-                                    [&](const auto& screen) { return screen.output == display; });
+    const auto found = std::find_if(screens.begin(), screens.end(), [&](const auto& screen) {
+        return screen.display.id == display;
+    });
     return found == screens.end() ? nullptr : &*found;
 }
 
@@ -19,7 +20,8 @@ DisplayChangeFlags flagsBetween(const RandrScreen* before, const RandrScreen& af
     if (before->x != after.x || before->y != after.y)
         flags |= displayMoved;
     if (before->mode != after.mode || before->rotation != after.rotation ||
-        before->crtc != after.crtc || before->gammaSize != after.gammaSize)
+        before->output != after.output || before->crtc != after.crtc ||
+        before->gammaSize != after.gammaSize)
         flags |= displayModeSet;
     return flags;
 }
@@ -30,11 +32,11 @@ std::vector<DisplayChange> changesBetween(const std::vector<RandrScreen>& before
                                           const std::vector<RandrScreen>& after) {
     std::vector<DisplayChange> changes;
     for (const RandrScreen& screen : before)
-        if (find(after, screen.output) == nullptr)
-            changes.push_back({screen.output, displayRemoved});
+        if (find(after, screen.display.id) == nullptr)
+            changes.push_back({screen.display.id, displayRemoved});
     for (const RandrScreen& screen : after)
-        if (const DisplayChangeFlags flags = flagsBetween(find(before, screen.output), screen))
-            changes.push_back({screen.output, flags});
+        if (const DisplayChangeFlags flags = flagsBetween(find(before, screen.display.id), screen))
+            changes.push_back({screen.display.id, flags});
     return changes;
 }
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/linux/Connectors.h"
 #include "platform/linux/ServerMark.h"
 
 namespace noctra {
@@ -14,16 +13,16 @@ constexpr Displays::Status connectionLost = -1;
 constexpr Displays::Status noSuchDisplay = -2;
 constexpr Displays::Status noTables = -3;
 
-constexpr std::uint16_t watchedChanges = XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE |
-                                         XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
-                                         XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE;
+constexpr std::uint16_t watchedChanges =
+    XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
+    XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE | XCB_RANDR_NOTIFY_MASK_OUTPUT_PROPERTY;
 
 } // namespace
 
 RandrDisplays::RandrDisplays(RandrConnection connection, std::unique_ptr<TableRecord> record,
                              Log& log)
     : log_(log), connection_(std::move(connection)), record_(std::move(record)),
-      calibration_(connection_.xcb.get(), connection_.root),
+      properties_(connection_.xcb.get()), calibration_(connection_.xcb.get(), connection_.root),
       recordIsOfThisServer_(markServer(connection_)) {
     xcb_randr_select_input(connection_.xcb.get(), connection_.root, watchedChanges);
     refreshScreens();
@@ -63,7 +62,7 @@ void RandrDisplays::attachedScreens(std::vector<DisplayId>& ids) {
     bringUpToDate();
     ids.clear();
     for (const Screen& screen : screens_)
-        ids.push_back(screen.randr.output);
+        ids.push_back(screen.randr.display.id);
     drainEvents(false);
 }
 
@@ -152,11 +151,21 @@ void RandrDisplays::drainEvents(bool readSocket) {
                 if (write.sequence == error->full_sequence)
                     write.status = error->error_code;
         } else {
-            const int type = (event->response_type & 0x7F) - connection_.firstEvent;
-            if (type == XCB_RANDR_SCREEN_CHANGE_NOTIFY || type == XCB_RANDR_NOTIFY)
-                noteChange();
+            noteEvent(*event);
         }
     }
+}
+
+void RandrDisplays::noteEvent(const xcb_generic_event_t& event) {
+    const int type = (event.response_type & 0x7F) - connection_.firstEvent;
+    if (type == XCB_RANDR_SCREEN_CHANGE_NOTIFY)
+        return noteChange();
+    if (type != XCB_RANDR_NOTIFY)
+        return;
+    const auto& notify = reinterpret_cast<const xcb_randr_notify_event_t&>(event);
+    // Other properties change all the time, some with every step of the backlight.
+    if (notify.subCode != XCB_RANDR_NOTIFY_OUTPUT_PROPERTY || properties_.reads(notify.u.op.atom))
+        noteChange();
 }
 
 void RandrDisplays::noteChange() {
@@ -166,27 +175,27 @@ void RandrDisplays::noteChange() {
 }
 
 void RandrDisplays::refreshScreens() {
-    RandrConfiguration configuration = readConfiguration(connection_);
+    RandrConfiguration configuration = readConfiguration(connection_, properties_);
     configurationStale_ = false;
     if (!connectionError(connection_.xcb.get()).empty())
         return;
-    for (RandrScreen& randr : configuration.screens) {
-        const Screen* known = find(randr.output);
-        randr.builtIn = known != nullptr
-                            ? known->randr.builtIn
-                            : isBuiltInOutput(connection_.xcb.get(), randr.output, randr.connector);
-    }
+    std::vector<AttachedDisplay> displays;
+    for (const RandrScreen& randr : configuration.screens)
+        displays.push_back(randr.display);
+    numbers_.assign(displays);
+    for (std::size_t i = 0; i < displays.size(); ++i)
+        configuration.screens[i].display.id = displays[i].id;
     std::vector<RandrScreen> before;
     for (const Screen& screen : screens_)
         before.push_back(screen.randr);
     for (const DisplayChange& change : changesBetween(before, configuration.screens))
         changes_.push_back(change);
-    online_.replace(configuration.screens);
+    online_.replace(std::move(displays));
 
     std::vector<Screen> screens;
     for (RandrScreen& randr : configuration.screens) {
         Screen next{{}, {}, false};
-        const Screen* known = find(randr.output);
+        const Screen* known = find(randr.display.id);
         if (known != nullptr && known->randr.crtc == randr.crtc &&
             known->randr.gammaSize == randr.gammaSize)
             next = *known;
@@ -203,7 +212,7 @@ void RandrDisplays::bringUpToDate() {
     if (record_->repair())
         for (const Screen& screen : screens_)
             if (const auto captured =
-                    captured_.tablesFor(screen.randr.output, screen.randr.gammaSize))
+                    captured_.tablesFor(screen.randr.display.id, screen.randr.gammaSize))
                 record_->setBase(screen.randr.crtc, *captured);
     if (configurationStale_)
         refreshScreens();
@@ -254,8 +263,8 @@ NativeTables RandrDisplays::ownTables(const Screen& screen, const NativeTables& 
         return current;
     // Over a filter it is a driver's doing, at a wake or a change of the mode, and no calibration.
     std::optional<NativeTables> own;
-    if (captured_.isFiltered(screen.randr.output))
-        own = captured_.tablesFor(screen.randr.output, current.size());
+    if (captured_.isFiltered(screen.randr.display.id))
+        own = captured_.tablesFor(screen.randr.display.id, current.size());
     else if (const auto last = recordIsOfThisServer_ ? record_->expectedOn(crtc) : std::nullopt;
              last && last->filtered && last->tables.size() == current.size())
         own = record_->baseIfOurs(crtc, last->tables);
@@ -275,7 +284,7 @@ void RandrDisplays::adopt(Screen& screen) {
         writeNow(screen.randr.crtc, own);
     // What it will be given back is what it was captured with, if it has been.
     record_->setBase(screen.randr.crtc,
-                     captured_.tablesFor(screen.randr.output, own.size()).value_or(own));
+                     captured_.tablesFor(screen.randr.display.id, own.size()).value_or(own));
 }
 
 void RandrDisplays::calibrate(Screen& screen) {
@@ -288,7 +297,7 @@ void RandrDisplays::calibrate(Screen& screen) {
     if (screen.calibrationSource.empty() && isOurs && own != *current)
         log_.log(name + "took off the filter that an earlier run had left on it");
     std::string source = "as found";
-    if (auto profile = calibration_.tablesFor(screen.randr.output, screen.randr.connector,
+    if (auto profile = calibration_.tablesFor(screen.randr.output, screen.randr.name,
                                               screen.randr.gammaSize)) {
         source = std::move(profile->source);
         if (!isSameCalibration(profile->tables, own))
@@ -305,7 +314,7 @@ void RandrDisplays::calibrate(Screen& screen) {
 }
 
 std::string RandrDisplays::nameOf(const Screen& screen) {
-    return "Display " + std::to_string(screen.randr.output) + " (" + screen.randr.connector + "): ";
+    return "Display " + std::to_string(screen.randr.display.id) + " (" + screen.randr.name + "): ";
 }
 
 void RandrDisplays::send(DisplayId display, xcb_randr_crtc_t crtc, const NativeTables& tables) {
@@ -382,7 +391,7 @@ std::optional<NativeTables> RandrDisplays::readCrtc(xcb_randr_crtc_t crtc, Statu
 
 RandrDisplays::Screen* RandrDisplays::find(DisplayId display) {
     const auto found = std::find_if(screens_.begin(), screens_.end(), [&](const Screen& screen) {
-        return screen.randr.output == display;
+        return screen.randr.display.id == display;
     });
     return found != screens_.end() ? &*found : nullptr;
 }

@@ -10,9 +10,9 @@
 
 #include "foundation/Log.h"
 #include "platform/Displays.h"
+#include "platform/linux/AttachedDisplays.h"
 #include "platform/linux/CapturedDisplays.h"
 #include "platform/linux/RandrChanges.h"
-#include "platform/linux/RandrOnlineDisplays.h"
 #include "platform/linux/RandrScreens.h"
 #include "platform/linux/TableRecord.h"
 #include "platform/linux/XConnection.h"
@@ -48,7 +48,7 @@ public:
     void onNews(std::function<void()> arrived);
 
     /// The displays as last seen by this object.
-    [[nodiscard]] const OnlineDisplays& online() const { return online_; }
+    [[nodiscard]] AttachedDisplays& online() { return online_; }
 
     /// Puts the tables that each display should carry on it once more where something else has
     /// taken them off. Any thread.
@@ -77,6 +77,7 @@ private:
 
     void queueWrite(DisplayId display, const GammaTables& tables);
     void drainEvents(bool readSocket);
+    void noteEvent(const xcb_generic_event_t& event);
     void noteChange();
     void refreshScreens();
     void bringUpToDate();
@@ -99,6 +100,8 @@ private:
     std::mutex mutex_; // guards everything below
     RandrConnection connection_;
     std::unique_ptr<TableRecord> record_;
+    const RandrOutputProperties properties_;
+    DisplayNumbers numbers_;
     CalibrationLookup calibration_;
     std::vector<Screen> screens_;
     std::vector<xcb_randr_crtc_t> crtcs_;
@@ -113,7 +116,7 @@ private:
     bool crtcsChanged_ = true;  // at first, there is what earlier runs left behind
     bool recordIsOfThisServer_; // what it knows of an earlier run was on this very server
     std::atomic<std::size_t> screenCount_ = 0;
-    RandrOnlineDisplays online_; // has a lock of its own
+    AttachedDisplays online_; // has a lock of its own
 };
 
 } // namespace noctra

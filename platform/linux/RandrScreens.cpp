@@ -42,7 +42,8 @@ std::map<xcb_randr_crtc_t, CrtcState> readCrtcs(xcb_connection_t* xcb,
 
 } // namespace
 
-RandrConfiguration readConfiguration(const RandrConnection& connection) {
+RandrConfiguration readConfiguration(const RandrConnection& connection,
+                                     const RandrOutputProperties& properties) {
     xcb_connection_t* xcb = connection.xcb.get();
     RandrConfiguration configuration;
     const XcbReply<xcb_randr_get_screen_resources_current_reply_t> resources(
@@ -62,6 +63,7 @@ RandrConfiguration readConfiguration(const RandrConnection& connection) {
     asked.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         asked.push_back(xcb_randr_get_output_info(xcb, outputs[i], resources->config_timestamp));
+    std::vector<RandrOutputProperties::Asked> propertiesAsked;
     for (int i = 0; i < count; ++i) {
         const XcbReply<xcb_randr_get_output_info_reply_t> info(
             xcb_randr_get_output_info_reply(xcb, asked[static_cast<std::size_t>(i)], nullptr));
@@ -72,11 +74,20 @@ RandrConfiguration readConfiguration(const RandrConnection& connection) {
             continue;
         const auto* name =
             reinterpret_cast<const char*>(xcb_randr_get_output_info_name(info.get()));
-        configuration.screens.push_back(
-            {outputs[i], info->crtc, state->second.gammaSize,
-             std::string(name, xcb_randr_get_output_info_name_length(info.get())),
-             state->second.mode, state->second.x, state->second.y, state->second.rotation});
+        RandrScreen& screen = configuration.screens.emplace_back();
+        screen.output = outputs[i];
+        screen.name.assign(name, xcb_randr_get_output_info_name_length(info.get()));
+        screen.display.connector = connectorName(screen.name);
+        screen.crtc = info->crtc;
+        screen.gammaSize = state->second.gammaSize;
+        screen.mode = state->second.mode;
+        screen.x = state->second.x;
+        screen.y = state->second.y;
+        screen.rotation = state->second.rotation;
+        propertiesAsked.push_back(properties.ask(outputs[i]));
     }
+    for (std::size_t i = 0; i < propertiesAsked.size(); ++i)
+        properties.read(propertiesAsked[i], configuration.screens[i].display);
     return configuration;
 }
 

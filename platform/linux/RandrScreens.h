@@ -5,22 +5,23 @@
 
 #include <xcb/randr.h>
 
-#include "platform/GammaTables.h"
+#include "platform/DisplayIdentity.h"
+#include "platform/linux/RandrOutputProperties.h"
 #include "platform/linux/XConnection.h"
 
 namespace noctra {
 
 /// One attached display: an output that shows a mode through a CRTC.
 struct RandrScreen {
-    DisplayId output = 0;
+    AttachedDisplay display; ///< its number is 0 until somebody gives it one
+    xcb_randr_output_t output = XCB_NONE;
+    std::string name; ///< the output's own, as the driver spells it
     xcb_randr_crtc_t crtc = XCB_NONE;
     std::uint16_t gammaSize = 0; ///< entries per channel of the CRTC; 0: it has no tables
-    std::string connector;       ///< the output's name, e.g. "DP-1"
     xcb_randr_mode_t mode = XCB_NONE;
     std::int16_t x = 0; ///< of its top left corner, in pixels
     std::int16_t y = 0;
     std::uint16_t rotation = 0; ///< RandR's set of rotation and reflection bits
-    bool builtIn = false;       ///< a panel that is part of the machine; not read here
 };
 
 /// What the X server has at the moment, without probing the hardware. On a broken connection both
@@ -30,8 +31,9 @@ struct RandrConfiguration {
     std::vector<xcb_randr_crtc_t> crtcs; ///< every CRTC, in use or not
 };
 
-/// Three round trips, however many outputs there are. The connection state is not consulted: an
+/// Four round trips, however many outputs there are. The connection state is not consulted: an
 /// output is attached when its CRTC has a mode.
-[[nodiscard]] RandrConfiguration readConfiguration(const RandrConnection& connection);
+[[nodiscard]] RandrConfiguration readConfiguration(const RandrConnection& connection,
+                                                   const RandrOutputProperties& properties);
 
 } // namespace noctra

@@ -46,14 +46,9 @@ std::optional<Candidate> examine(const std::string& classFolder, const std::stri
     if (!rank || !maximum || *maximum == 0)
         return std::nullopt;
     Candidate candidate{*rank, {name, folder, *maximum}};
-    if (!readBacklight(candidate.device))
+    if (!readBacklight(candidate.device).setting)
         return std::nullopt;
     return candidate;
-}
-
-std::optional<unsigned int> readValue(const BacklightDevice& device, const char* file) {
-    const auto value = NumberFile(device.folder + file).read();
-    return value && *value <= device.maximum ? value : std::nullopt;
 }
 
 } // namespace
@@ -79,12 +74,19 @@ std::vector<BacklightDevice> listBacklightDevices(const std::string& classFolder
     return devices;
 }
 
-std::optional<unsigned int> readBacklight(const BacklightDevice& device) {
-    return readValue(device, "/actual_brightness");
+BacklightReading readBacklight(const BacklightDevice& device) {
+    return backlightReading(NumberFile(device.folder + "/brightness").read(),
+                            NumberFile(device.folder + "/actual_brightness").read(),
+                            device.maximum);
 }
 
-std::optional<unsigned int> readBacklightSetting(const BacklightDevice& device) {
-    return readValue(device, "/brightness");
+BacklightReading backlightReading(std::optional<unsigned int> setting,
+                                  std::optional<unsigned int> actual, unsigned int maximum) {
+    const auto upTo = [maximum](std::optional<unsigned int> value) {
+        return value && *value <= maximum ? value : std::nullopt;
+    };
+    setting = upTo(setting);
+    return {setting ? setting : upTo(actual), actual};
 }
 
 } // namespace noctra

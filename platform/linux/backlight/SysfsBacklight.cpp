@@ -11,7 +11,8 @@ std::optional<float> SysfsBacklight::level() {
         return level;
     lookAgain();
     for (const BacklightDevice& device : listBacklightDevices(classFolder_)) {
-        value_ = NumberFile(device.folder + "/actual_brightness");
+        setting_ = NumberFile(device.folder + "/brightness");
+        actual_ = NumberFile(device.folder + "/actual_brightness");
         maximum_ = device.maximum;
         if (const auto level = read())
             return level;
@@ -21,17 +22,29 @@ std::optional<float> SysfsBacklight::level() {
 }
 
 void SysfsBacklight::lookAgain() {
-    value_ = NumberFile();
+    setting_ = NumberFile();
+    actual_ = NumberFile();
     maximum_ = 0;
+    sameScale_ = false;
 }
 
-std::optional<float> SysfsBacklight::read() const {
+std::optional<float> SysfsBacklight::read() {
     if (maximum_ == 0)
         return std::nullopt;
-    const auto value = value_.read();
-    if (!value || *value > maximum_)
+    const BacklightReading reading = backlightReading(setting_.read(), actual_.read(), maximum_);
+    if (!reading.setting)
         return std::nullopt;
-    return static_cast<float>(static_cast<double>(*value) / maximum_);
+    unsigned int value = *reading.setting;
+    // A panel that is dark says 0, whatever its setting is.
+    if (reading.actual && *reading.actual > 0 && *reading.actual <= maximum_) {
+        const unsigned int actual = *reading.actual;
+        // Drivers round in the hardware's own units.
+        const unsigned int apart = actual > value ? actual - value : value - actual;
+        sameScale_ = sameScale_ || apart <= value / 50;
+        if (sameScale_)
+            value = actual;
+    }
+    return static_cast<float>(static_cast<double>(value) / maximum_);
 }
 
 } // namespace noctra

@@ -9,8 +9,10 @@
 
 namespace noctra {
 
-/// The level of the kernel's best backlight. A reading costs one system call as long as the device
-/// answers, and a failed look at the class folder where the machine has no backlight.
+/// The level of the kernel's best backlight: what the hardware says, once that has been seen to
+/// agree with the setting, and as long as it makes sense; else the setting. A reading costs two
+/// system calls as long as the device answers, and a failed look at the class folder where the
+/// machine has no backlight.
 class SysfsBacklight : public Backlight {
 public:
     explicit SysfsBacklight(std::string classFolder = backlightClassFolder);
@@ -21,11 +23,14 @@ public:
     void lookAgain();
 
 private:
-    [[nodiscard]] std::optional<float> read() const;
+    [[nodiscard]] std::optional<float> read();
 
     const std::string classFolder_;
-    NumberFile value_;         ///< of the chosen device
-    unsigned int maximum_ = 0; ///< of the chosen device; 0: none is chosen
+    // Of the chosen device:
+    NumberFile setting_;
+    NumberFile actual_;
+    unsigned int maximum_ = 0; ///< 0: none is chosen
+    bool sameScale_ = false;   ///< setting and hardware have agreed
 };
 
 } // namespace noctra

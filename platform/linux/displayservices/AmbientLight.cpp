@@ -1,6 +1,5 @@
 #include "platform/linux/displayservices/AmbientLight.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -49,16 +48,6 @@ void AmbientLight::putBack() {
         return;
     switchedOff_ = false;
     ::unlink(marker_.c_str());
-}
-
-std::string ambientLightMarker() {
-    constexpr auto name = "/noctra/ambient-light-off";
-    const char* const state = std::getenv("XDG_STATE_HOME");
-    if (state != nullptr && *state == '/')
-        return std::string(state) + name;
-    const char* const home = std::getenv("HOME");
-    return home != nullptr && *home == '/' ? std::string(home) + "/.local/state" + name
-                                           : std::string();
 }
 
 } // namespace noctra::display_services

@@ -27,8 +27,4 @@ private:
     bool switchedOff_ = false; // by this run
 };
 
-/// Where the marker belongs: $XDG_STATE_HOME/noctra, else ~/.local/state/noctra; empty where
-/// neither is known.
-[[nodiscard]] std::string ambientLightMarker();
-
 } // namespace noctra::display_services

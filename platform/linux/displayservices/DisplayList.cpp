@@ -1,7 +1,6 @@
 #include "platform/linux/displayservices/DisplayList.h"
 
 #include <algorithm>
-#include <array>
 
 namespace noctra::display_services {
 
@@ -9,8 +8,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A monitor that has just been plugged in or woken may not answer for some seconds.
-constexpr std::array<std::chrono::seconds, 2> furtherLooks{2s, 8s};
+// So often is a monitor looked for that nobody waits for; it may be waking up.
+constexpr int mostLooks = 3;
 // Looking costs every bus some hundred milliseconds, and events come in bursts.
 constexpr auto betweenLooks = 2s;
 // Nor is there a look for somebody who asks on his way out.
@@ -19,92 +18,98 @@ constexpr auto shortAbsence = 2s; // a change of mode; the monitor is still the 
 
 void lookAgain(DisplayEntry& entry, TimePoint now) {
     // Without an EDID it could not be told from the others.
-    entry.lookFor = !entry.output.builtIn && entry.output.edid;
+    entry.lookFor = !entry.display.builtIn && entry.display.edid;
     entry.looks = 0;
+    entry.looksAgain.reset();
     entry.nextLook = now + beforeFirstLook;
 }
 
-void comeBack(DisplayEntry& entry, TimePoint now) {
+/// The display is attached, as it was before, or again.
+void update(DisplayEntry& entry, const AttachedDisplay& display, TimePoint now) {
     const bool wasAway = entry.goneSince && now - *entry.goneSince > shortAbsence;
+    const bool moved = entry.display.connector != display.connector;
+    const auto edid = display.edid ? display.edid : entry.display.edid;
+    entry.display = display;
+    entry.display.edid = edid;
     entry.goneSince.reset();
-    if (wasAway || !entry.monitor || entry.brightness.hasFailed())
+    if (wasAway || moved || !entry.monitor || entry.brightness.isFailing())
         lookAgain(entry, now);
-    entry.brightness.forgive();
+    if (wasAway || moved)
+        entry.brightness.comeBack();
 }
 
-void noteNotFound(DisplayEntry& entry, TimePoint now) {
-    entry.monitor.reset();
-    entry.brightness = MonitorBrightness();
-    const auto look = static_cast<std::size_t>(entry.looks++);
-    entry.lookFor = entry.output.edid && !entry.goneSince && look < furtherLooks.size();
-    if (entry.lookFor)
-        entry.nextLook = now + furtherLooks.at(look);
+/// A monitor that is to be written to may be one that has changed its bus without a word.
+bool isLost(const DisplayEntry& entry) {
+    return entry.monitor && entry.brightness.isPending() && entry.brightness.isFailing();
 }
 
 } // namespace
 
-void DisplayList::replace(const std::vector<Output>& attached, TimePoint now) {
+void DisplayList::replace(std::span<const AttachedDisplay> attached, TimePoint now) {
     for (DisplayEntry& entry : entries_)
         if (!entry.goneSince &&
-            std::none_of(attached.begin(), attached.end(),
-                         [&](const Output& output) { return output.id == entry.output.id; }))
+            !std::ranges::count(attached, entry.display.id, &AttachedDisplay::id))
             entry.goneSince = now;
-    for (const Output& output : attached) {
-        DisplayEntry* known = find(output.id);
-        if (known != nullptr && known->output.builtIn == output.builtIn &&
-            known->output.edid == output.edid) {
-            comeBack(*known, now);
+    for (const AttachedDisplay& display : attached) {
+        if (DisplayEntry* known = find(display.id)) {
+            update(*known, display, now);
             continue;
         }
-        DisplayEntry& entry = known != nullptr ? *known : entries_.emplace_back();
-        const bool answered = entry.answered;
-        entry = {};
-        entry.output = output;
-        entry.answered = answered;
+        DisplayEntry& entry = entries_.emplace_back();
+        entry.display = display;
         lookAgain(entry, now);
     }
 }
 
 void DisplayList::assign(const std::vector<Edid>& monitors, TimePoint now) {
-    looksAgain_ = now + betweenLooks;
+    nextLook_ = now + betweenLooks;
     std::vector<bool> taken(monitors.size(), false);
     for (const bool attached : {true, false})
         for (DisplayEntry& entry : entries_) {
-            if (entry.output.builtIn || entry.goneSince.has_value() == attached)
+            if (entry.display.builtIn || entry.goneSince.has_value() == attached)
                 continue;
             std::size_t i = 0;
-            while (i < monitors.size() && (taken[i] || entry.output.edid != monitors[i]))
+            while (i < monitors.size() && (taken[i] || entry.display.edid != monitors[i]))
                 ++i;
             if (i == monitors.size()) {
-                noteNotFound(entry, now);
-                continue;
+                entry.monitor.reset();
+                entry.lookFor = entry.display.edid.has_value();
+                ++entry.looks;
+            } else {
+                taken[i] = true;
+                if (!entry.monitor || entry.brightness.isFailing())
+                    entry.brightness.comeBack();
+                entry.monitor = i;
+                entry.lookFor = false;
             }
-            taken[i] = true;
-            entry.monitor = i;
-            entry.lookFor = false;
+            entry.looksAgain.failed(now);
+            entry.nextLook = entry.looksAgain.due(false);
         }
 }
 
-void DisplayList::assignNone() {
-    for (DisplayEntry& entry : entries_) {
-        entry.monitor.reset();
-        entry.brightness = MonitorBrightness();
-        entry.lookFor = false;
-    }
+void DisplayList::expectQuestion(DisplayEntry& entry, TimePoint now) {
+    entry.asked = true;
+    if (entry.lookFor && entry.looks >= mostLooks)
+        lookAgain(entry, now);
+    entry.brightness.expectQuestion(now);
 }
 
 DisplayEntry* DisplayList::find(DisplayId id) {
-    const auto found =
-        std::find_if(entries_.begin(), entries_.end(),
-                     [id](const DisplayEntry& entry) { return entry.output.id == id; });
+    const auto found = std::ranges::find_if(
+        entries_, [id](const DisplayEntry& entry) { return entry.display.id == id; });
     return found != entries_.end() ? &*found : nullptr;
 }
 
 std::optional<TimePoint> DisplayList::nextLook(bool finishing) const {
     std::optional<TimePoint> next;
-    for (const DisplayEntry& entry : entries_)
-        if (entry.asked && entry.lookFor && (!finishing || entry.brightness.isPending()))
-            next = std::min(next.value_or(TimePoint::max()), std::max(entry.nextLook, looksAgain_));
+    for (const DisplayEntry& entry : entries_) {
+        const bool pending = entry.brightness.isPending();
+        // Once the process is finishing, one look is enough for a display that is away.
+        const bool wanted = finishing ? pending && (!entry.goneSince || entry.looks == 0)
+                                      : pending || (!entry.goneSince && entry.looks < mostLooks);
+        if (entry.asked && wanted && (entry.lookFor || isLost(entry)))
+            next = std::min(next.value_or(TimePoint::max()), std::max(entry.nextLook, nextLook_));
+    }
     return next;
 }
 

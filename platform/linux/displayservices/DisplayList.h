@@ -2,29 +2,34 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <vector>
 
+#include "platform/DisplayIdentity.h"
 #include "platform/linux/displayservices/MonitorBrightness.h"
-#include "platform/linux/displayservices/Output.h"
 
 namespace noctra::display_services {
 
-/// A display that is attached or has been. One that went away keeps its state: its brightness is
-/// put back also while its output is switched off, and a change of mode looks like going and
-/// coming back.
+/// A display that is attached or has been. What is known of it, and what has been asked for, stays
+/// while it is away.
 struct DisplayEntry {
-    Output output;
+    AttachedDisplay display;
     std::optional<TimePoint> goneSince; ///< nothing: it is attached
 
     // Of an external one:
     MonitorBrightness brightness;
     std::optional<std::size_t> monitor; ///< its place in the latest list of MonitorControl
-    bool asked = false;                 ///< somebody wanted to know about it
+    bool asked = false;                 ///< somebody wanted to know about it, or to set it
     bool lookFor = false;               ///< it is to be found among the monitors
-    int looks = 0;                      ///< that did not find it
+    int looks = 0;                      ///< without finding it, since somebody asked or it came
+    Retries looksAgain{std::chrono::seconds(2), std::chrono::minutes(1)};
     TimePoint nextLook;
 
-    bool answered = false; ///< what the host was last told about canChange
+    /// Only what has been asked for is done for a display, and for one that is away only what it
+    /// takes to fulfil a wish.
+    [[nodiscard]] bool hasWork() const {
+        return asked && monitor && (!goneSince || brightness.isPending());
+    }
 };
 
 /// The displays, and which of the monitors that can be talked to is which of them. No thread and no
@@ -32,13 +37,12 @@ struct DisplayEntry {
 class DisplayList {
 public:
     /// Takes over the attached displays. Monitors that failed or were not found get a new chance.
-    void replace(const std::vector<Output>& attached, TimePoint now);
+    void replace(std::span<const AttachedDisplay> attached, TimePoint now);
     /// Takes over the monitors that have been found. Each belongs to one display: of displays with
     /// the same EDID, to the first, and so on.
     void assign(const std::vector<Edid>& monitors, TimePoint now);
-
-    /// There is no way to talk to monitors here.
-    void assignNone();
+    /// Somebody asks whether the brightness of the external display `entry` can be set.
+    void expectQuestion(DisplayEntry& entry, TimePoint now);
 
     /// Null for a display that has never been attached.
     [[nodiscard]] DisplayEntry* find(DisplayId id);
@@ -49,7 +53,7 @@ public:
 
 private:
     std::vector<DisplayEntry> entries_;
-    TimePoint looksAgain_; // no look before
+    TimePoint nextLook_; // no look before
 };
 
 } // namespace noctra::display_services

@@ -9,8 +9,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds firstListLimit{12};
-
 constexpr DisplayServicesLibrary::Status success = 0;
 constexpr DisplayServicesLibrary::Status noAnswer = -1;
 constexpr DisplayServicesLibrary::Status badArgument = -2;
@@ -18,17 +16,27 @@ constexpr DisplayServicesLibrary::Status badArgument = -2;
 } // namespace
 
 DisplayServicesLibrary::DisplayServicesLibrary(Worker::Settings settings)
-    : settings_(std::move(settings)), registry_(news_, wake_), panel_(registry_) {}
+    : settings_(std::move(settings)), ownLevels_(settings_.ownLevels),
+      registry_(news_, wake_, ownLevels_,
+                {!settings_.deviceFolder.empty(), settings_.backlightFolder}),
+      panel_(registry_, ownLevels_) {}
 
 void DisplayServicesLibrary::begin() {
     std::call_once(begun_, [this] {
         try {
-            worker_ = std::make_unique<Worker>(registry_, wake_, panel_, settings_);
-        } catch (const std::system_error&) { // no display is ever known then
+            worker_ = std::make_unique<Worker>(registry_, wake_, panel_, ownLevels_, settings_);
+        } catch (const std::system_error&) { // nothing can be changed then
             return;
         }
-        registry_.awaitDisplays(firstListLimit);
+        registry_.lookForBacklight(); // what is asked next is answered rightly
     });
+}
+
+void DisplayServicesLibrary::setDisplays(std::span<const AttachedDisplay> displays) {
+    const bool hasLeftOvers = ownLevels_.hasLeftOvers();
+    registry_.replaceDisplays(displays, Clock::now());
+    if (hasLeftOvers)
+        begin();
 }
 
 DisplayServicesLibrary::Status DisplayServicesLibrary::getBrightness(DisplayId display,
@@ -64,7 +72,7 @@ DisplayServicesLibrary::enableAmbientLightCompensation(DisplayId display, bool e
 
 bool DisplayServicesLibrary::finish(std::chrono::milliseconds limit) {
     const auto deadline = Clock::now() + limit;
-    registry_.beginFinishing();
+    registry_.beginFinishing(Clock::now());
     // The worker may be busy with a slow monitor.
     panel_.advanceUnlessBusy(limit);
     return registry_.awaitSettled(deadline);

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <memory>
 #include <mutex>
+#include <span>
 
 #include "platform/linux/displayservices/DisplayRegistry.h"
 #include "platform/linux/displayservices/EventDescriptor.h"
@@ -13,7 +14,8 @@
 namespace noctra::display_services {
 
 /// What the exported functions do. Any thread; see DisplayServices.h and HostFunctions.h for what
-/// they promise. The first of the five waits a moment for the list of displays.
+/// they promise. Nothing is begun before the first of the five is called, unless an earlier run has
+/// left levels to put back.
 class DisplayServicesLibrary {
 public:
     using Status = std::int32_t;
@@ -25,6 +27,7 @@ public:
     bool canChangeBrightness(DisplayId display);
     Status enableAmbientLightCompensation(DisplayId display, bool enable);
 
+    void setDisplays(std::span<const AttachedDisplay> displays);
     [[nodiscard]] int newsDescriptor() const { return news_.descriptor(); }
     std::uint32_t takeNews() { return news_.take(); }
     bool finish(std::chrono::milliseconds limit);
@@ -35,6 +38,7 @@ private:
     const Worker::Settings settings_;
     News news_;
     EventDescriptor wake_;
+    OwnLevels ownLevels_;
     DisplayRegistry registry_;
     PanelActuator panel_;
     std::once_flag begun_;

@@ -1,12 +1,12 @@
 // The functions that the library exports: the five that every display-services library has, and
-// three for the program that it comes with.
+// four for the program that it comes with.
 
 #include <cstdlib>
 #include <string_view>
 
 #include "platform/DisplayServices.h"
+#include "platform/linux/StateFolder.h"
 #include "platform/linux/backlight/BacklightDevices.h"
-#include "platform/linux/displayservices/AmbientLight.h"
 #include "platform/linux/displayservices/DisplayServicesLibrary.h"
 #include "platform/linux/displayservices/HostFunctions.h"
 
@@ -26,7 +26,8 @@ std::string deviceFolder() {
 /// Never destroyed: its thread works until the process has ended.
 DisplayServicesLibrary& library() {
     static auto& theLibrary = *new DisplayServicesLibrary(
-        {deviceFolder(), noctra::backlightClassFolder, ambientLightMarker()});
+        {deviceFolder(), noctra::backlightClassFolder, noctra::stateFile("ambient-light-off"),
+         noctra::stateFile(ownLevelsFile)});
     return theLibrary;
 }
 
@@ -53,6 +54,11 @@ NOCTRA_EXPORT std::int32_t DisplayServicesEnableAmbientLightCompensation(Display
     return library().enableAmbientLightCompensation(display, enable);
 }
 
+NOCTRA_EXPORT void NoctraDisplayServicesSetDisplays(const noctra::AttachedDisplay* displays,
+                                                    std::size_t count) {
+    library().setDisplays({displays, count});
+}
+
 NOCTRA_EXPORT int NoctraDisplayServicesNewsDescriptor() {
     return library().newsDescriptor();
 }
@@ -72,6 +78,7 @@ static_assert(std::is_same_v<decltype(DisplayServicesSetBrightnessSmooth), SetBr
 static_assert(std::is_same_v<decltype(DisplayServicesCanChangeBrightness), CanChangeBrightness>);
 static_assert(std::is_same_v<decltype(DisplayServicesEnableAmbientLightCompensation),
                              EnableAmbientLightCompensation>);
+static_assert(std::is_same_v<decltype(NoctraDisplayServicesSetDisplays), SetDisplays>);
 static_assert(std::is_same_v<decltype(NoctraDisplayServicesNewsDescriptor), NewsDescriptor>);
 static_assert(std::is_same_v<decltype(NoctraDisplayServicesTakeNews), TakeNews>);
 static_assert(std::is_same_v<decltype(NoctraDisplayServicesFinish), Finish>);

@@ -4,9 +4,10 @@
 #include <cstdint>
 #include <optional>
 
-namespace noctra::display_services {
+#include "platform/linux/displayservices/OwnLevels.h"
+#include "platform/linux/displayservices/Retries.h"
 
-using TimePoint = std::chrono::steady_clock::time_point;
+namespace noctra::display_services {
 
 /// A monitor's brightness in its own units.
 struct MonitorValue {
@@ -14,11 +15,13 @@ struct MonitorValue {
     std::uint16_t maximum = 0; ///< full brightness; a reading with 0 is none
 };
 
-/// What is known of one external monitor's brightness, what has been asked for, and which command
-/// the monitor is to get next. No thread of its own and no clock; whoever uses it takes turns.
+/// What is known of one external monitor's brightness, the level that it is to have, the one that
+/// was its own, and which command it is to get next. No thread of its own and no clock; whoever
+/// uses it takes turns.
 ///
-/// Writes are rare: only the newest request counts, and nothing is written that the monitor already
-/// has.
+/// A wish for a level stays until a reading made after the last write has found that level, or a
+/// newer wish replaces it. Writes are rare, since they wear a monitor's memory: only the newest
+/// wish counts, and nothing is written that the monitor is known to have.
 class MonitorBrightness {
 public:
     /// The most urgent first.
@@ -34,70 +37,80 @@ public:
         TimePoint due;
     };
 
-    /// The brightness, 0.0 to 1.0: the latest reading, or what has been asked for since, until it
-    /// has been read back; but a value that the monitor did not take or hold before is not answered
-    /// until it has been read. Nothing before the first reading and when the monitor does not
-    /// answer. Wishes for a new reading when the latest is old.
+    /// The brightness, 0.0 to 1.0: the latest reading, or the wish that is being worked off, so
+    /// that a level that is about to be put back is not lost to whoever asks. But a wish for more
+    /// that was in vain so far (a write failed, or a reading after it found something else) is not
+    /// claimed: then it is the latest reading. Nothing before the first reading
+    /// and while the monitor does not answer. Asks for a new reading when the latest is old.
     std::optional<float> brightness(TimePoint now);
-    /// `brightness` from 0.0 to 1.0.
-    void request(float brightness, TimePoint now);
-    /// A reading has succeeded, and since then not three commands of a kind in a row have failed.
-    [[nodiscard]] bool canChange() const { return reading_ && !failed_; }
-    [[nodiscard]] bool hasFailed() const { return failed_; }
-    /// Somebody may soon want to know the brightness: wishes for a fresh reading.
+    /// Replaces what was wished for. `level` from 0.0 to 1.0; where `putBack`, it is one that
+    /// `brightness` said before.
+    void want(float level, bool putBack, TimePoint now);
+    /// An earlier run ended before it had put back this level, the monitor's own.
+    void resume(const OwnLevel& own);
+    /// Wishes for the monitor's own level, if the program has changed it.
+    void wantOwn(TimePoint now);
+
+    /// The monitor has been read, and neither have the last three readings failed nor the last
+    /// three writes.
+    [[nodiscard]] bool canChange() const;
+    /// The last three readings or writes have failed.
+    [[nodiscard]] bool isFailing() const;
+    /// A wish is being worked off.
+    [[nodiscard]] bool isPending() const { return wanted_.has_value(); }
+    /// The level that the monitor had before the program's first write, until it has it again.
+    [[nodiscard]] const std::optional<OwnLevel>& own() const { return own_; }
+
+    /// Somebody asks about the monitor: what failed is tried again soon, and an old reading is
+    /// renewed.
     void expectQuestion(TimePoint now);
-    /// Forgets failures: the monitor may have been plugged in again.
-    void forgive();
+    /// The monitor was away, or could not be reached, and is there again.
+    void comeBack();
 
     /// The command that comes next, at its `due` time; nothing when there is nothing to do. Once
-    /// the process is `finishing`, only what a request needs.
+    /// the process is `finishing`, only what a wish needs.
     std::optional<Task> plan(TimePoint now, bool finishing);
     /// The outcome of a compare, verify or refresh; nothing: it failed.
     void readDone(std::optional<MonitorValue> value, TimePoint now);
+    /// A write is about to be made. From here to its end nothing is known of the monitor, and `own`
+    /// is what has to be kept.
+    void writeBegins();
     /// The outcome of a write of `raw`.
     void writeDone(std::uint16_t raw, bool succeeded, TimePoint now);
-    /// True while a request has not been written and has not failed for good.
-    [[nodiscard]] bool isPending() const { return wanted_.has_value(); }
 
 private:
-    [[nodiscard]] std::uint16_t rawOf(float brightness) const;
+    [[nodiscard]] std::uint16_t rawOf(float level) const;
     [[nodiscard]] bool knowsValue(TimePoint now, bool finishing) const;
-    [[nodiscard]] bool isAt(std::uint16_t raw, TimePoint now, bool finishing) const;
+    [[nodiscard]] bool isThere(TimePoint now, bool finishing) const;
     void forgetRawValues();
     void readFailed(TimePoint now);
-    void checkWritten(TimePoint now);
-    void checkHeld(TimePoint now);
+    void compareWithWish(TimePoint now);
+    void fulfilled();
 
     std::optional<MonitorValue> reading_;
     TimePoint readAt_;
-    bool current_ = false; // nothing has been written since reading_
+    bool current_ = false; // no write has begun since reading_
 
     std::optional<float> wanted_;
-    bool writeUnread_ = false; // write without comparing: the monitor cannot be read
-
     std::optional<std::uint16_t> written_; // not read back yet
-    std::optional<std::uint16_t> held_;    // written, and found there since
-    std::optional<std::uint16_t> refused_; // written, and not found there, or not for long
-    TimePoint writtenAt_;
-    int mismatches_ = 0; // readings of something else since the write
-    int reverts_ = 0;    // times that the monitor went back soon, in a row
+    std::optional<std::uint16_t> refused_; // not taken, or not found after a write
+    int mismatches_ = 0;                   // readings of something else since the write
+    bool writeUnread_ = false;             // write without comparing: the monitor cannot be read
 
-    /// The monitor was changed by its own buttons between the answer that somebody may want back
-    /// and the first write: the value that was answered, and the one that was found.
-    struct Moved {
-        std::uint16_t answered;
-        std::uint16_t found;
-    };
+    std::optional<OwnLevel> own_;
+    bool resumed_ = false;                  // own_ is an earlier run's, and has not been compared
     std::optional<std::uint16_t> answered_; // last
-    std::optional<Moved> moved_;
+    /// What was answered before the write that began with own_: the monitor's own buttons may have
+    /// changed it in between, and who puts it back only knows this.
+    std::optional<std::uint16_t> answeredOwn_;
 
     bool refreshWanted_ = true;
-    bool failed_ = false;
     int readFailures_ = 0; // in a row
     int writeFailures_ = 0;
+    TimePoint writeFailedAt_;
+    Retries retries_{std::chrono::milliseconds(300), std::chrono::seconds(30)};
 
     TimePoint nextCommand_; // none before
-    TimePoint nextTry_;     // no write or compare before
     TimePoint nextVerify_;
     TimePoint nextRefresh_;
 };

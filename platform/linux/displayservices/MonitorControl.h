@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/DisplayIdentity.h"
 #include "platform/linux/displayservices/MonitorBrightness.h"
-#include "platform/linux/displayservices/Output.h"
 
 namespace noctra::display_services {
 

@@ -22,10 +22,12 @@ void PanelActuator::step(std::chrono::milliseconds busLimit) {
     const auto device = registry_.backlight();
     if (!device)
         return;
-    if (const auto value = registry_.panelStep(readBacklight(*device), Clock::now())) {
-        const bool succeeded = writer_.write(*device, *value, busLimit);
-        registry_.panelWritten(*value, succeeded, Clock::now());
-    }
+    const auto value = registry_.panelStep(readBacklight(*device), Clock::now());
+    ownLevels_.save([this] { return registry_.levelsToKeep(); });
+    if (!value)
+        return;
+    const bool succeeded = writer_.write(*device, *value, busLimit);
+    registry_.panelWritten(*value, succeeded, Clock::now());
 }
 
 } // namespace noctra::display_services

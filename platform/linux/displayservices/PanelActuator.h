@@ -10,7 +10,8 @@ namespace noctra::display_services {
 /// Does what the registry wants done to the panel's backlight. Any thread; they take turns.
 class PanelActuator {
 public:
-    explicit PanelActuator(DisplayRegistry& registry) : registry_(registry) {}
+    PanelActuator(DisplayRegistry& registry, OwnLevels& ownLevels)
+        : registry_(registry), ownLevels_(ownLevels) {}
 
     /// Does one step. May take half a second where the system bus hangs.
     void advance();
@@ -22,6 +23,7 @@ private:
     void step(std::chrono::milliseconds busLimit);
 
     DisplayRegistry& registry_;
+    OwnLevels& ownLevels_;
     std::mutex turn_;
     BacklightWriter writer_; // guarded by turn_
 };

@@ -1,7 +1,6 @@
 #include "platform/linux/displayservices/Worker.h"
 
 #include <algorithm>
-#include <array>
 #include <csignal>
 #include <utility>
 
@@ -16,9 +15,6 @@ namespace noctra::display_services {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-// How long a hung X server may keep brightness from being put back.
-constexpr std::chrono::milliseconds serverLimit{250};
 
 /// The host decides which of its threads take signals; none is to be taken by a new one.
 class SignalsBlocked {
@@ -36,22 +32,12 @@ private:
     sigset_t before_{};
 };
 
-/// The best backlight now, or else the one that was there before, if it only cannot be read now.
-std::optional<BacklightDevice> panelBacklight(const std::string& folder,
-                                              const BacklightDevice* before) {
-    const auto devices = listBacklightDevices(folder);
-    if (!devices.empty())
-        return devices.front();
-    if (before != nullptr && ::access(before->folder.c_str(), F_OK) == 0)
-        return *before;
-    return std::nullopt;
-}
-
 } // namespace
 
 Worker::Worker(DisplayRegistry& registry, EventDescriptor& wake, PanelActuator& panel,
-               Settings settings)
-    : registry_(registry), wake_(wake), panel_(panel), settings_(std::move(settings)),
+               OwnLevels& ownLevels, Settings settings)
+    : registry_(registry), wake_(wake), panel_(panel), ownLevels_(ownLevels),
+      settings_(std::move(settings)),
       ambientLight_(settings_.ambientMarker, std::make_unique<GnomeAmbientSetting>()) {
     const SignalsBlocked blocked;
     thread_ = std::thread([this] { run(); });
@@ -65,38 +51,37 @@ Worker::~Worker() {
 }
 
 void Worker::run() {
-    OutputWatch outputs;
     while (!stopping_) {
         wake_.clear();
-        if (outputs.takeNews())
-            readDisplays(outputs);
         const auto job = registry_.nextJob(Clock::now());
-        if (job && job->due <= Clock::now())
+        if (job && job->due <= Clock::now()) {
             perform(*job);
-        else
-            sleep(outputs, job);
+            keepOwnLevels(); // those that have been put back go
+        } else {
+            sleep(job);
+        }
     }
 }
 
-void Worker::readDisplays(OutputWatch& outputs) {
-    if (const auto attached = outputs.read(serverLimit))
-        registry_.replaceDisplays(
-            *attached, panelBacklight(settings_.backlightFolder, registry_.backlight().get()),
-            Clock::now());
-}
-
-void Worker::sleep(const OutputWatch& outputs, const std::optional<Job>& next) {
-    std::array<pollfd, 2> sources{{{wake_.number(), POLLIN, 0}, {outputs.descriptor(), POLLIN, 0}}};
+void Worker::sleep(const std::optional<Job>& next) {
+    pollfd wake{wake_.number(), POLLIN, 0};
     int limit = -1;
     if (next) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(next->due - Clock::now());
         limit = static_cast<int>(std::max<std::chrono::milliseconds::rep>(left.count(), 0));
     }
-    ::poll(sources.data(), sources.size(), limit);
+    ::poll(&wake, 1, limit);
+}
+
+void Worker::keepOwnLevels() {
+    ownLevels_.save([this] { return registry_.levelsToKeep(); });
 }
 
 void Worker::perform(const Job& job) {
     switch (job.kind) {
+    case Job::Kind::backlight:
+        registry_.lookForBacklight();
+        break;
     case Job::Kind::panel:
         panel_.advance();
         break;
@@ -108,6 +93,8 @@ void Worker::perform(const Job& job) {
         lookForMonitors();
         break;
     case Job::Kind::write: {
+        registry_.monitorWriteBegins(job.display);
+        keepOwnLevels();
         const bool succeeded = monitors_->write(job.monitor, job.raw);
         registry_.monitorWritten(job.display, job.raw, succeeded, Clock::now());
         break;
@@ -125,7 +112,7 @@ void Worker::perform(const Job& job) {
 void Worker::lookForMonitors() {
     if (!monitors_ && !settings_.deviceFolder.empty())
         monitors_ = createMonitorControl(settings_.deviceFolder);
-    const auto found = monitors_ ? std::optional(monitors_->detect()) : std::nullopt;
+    const auto found = monitors_ ? monitors_->detect() : std::vector<Edid>();
     registry_.monitorsFound(found, Clock::now());
 }
 

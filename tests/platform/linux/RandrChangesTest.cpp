@@ -11,6 +11,7 @@ namespace {
 
 RandrScreen screen(DisplayId output, xcb_randr_mode_t mode = 1, std::int16_t x = 0) {
     RandrScreen screen;
+    screen.display.id = output;
     screen.output = output;
     screen.crtc = 100 + output;
     screen.gammaSize = 256;

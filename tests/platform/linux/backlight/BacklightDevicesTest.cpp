@@ -59,16 +59,20 @@ TEST(BacklightDevices, OnlyAPlainNumberUpToTheMaximumIsAValue) {
     BacklightFolder folder;
     folder.add("panel", {.maximum = "4294967295\n"});
     const BacklightDevice whole = listBacklightDevices(folder.path()).at(0);
-    for (const auto& [text, value] : readings) {
-        folder.write("panel", "actual_brightness", text);
-        EXPECT_EQ(readBacklight(whole), value) << text;
-        EXPECT_EQ(namesIn(folder).size(), value ? 1 : 0) << text;
+    folder.write("panel", "actual_brightness", "");
+    for (const char* file : {"brightness", "actual_brightness"}) {
+        for (const auto& [text, value] : readings) {
+            folder.write("panel", file, text);
+            EXPECT_EQ(readBacklight(whole).setting, value) << text << " in " << file;
+            EXPECT_EQ(namesIn(folder).size(), value ? 1 : 0) << text;
+        }
+        folder.write("panel", file, "101\n");
+        EXPECT_EQ(readBacklight({.name = "panel", .folder = whole.folder, .maximum = 100}).setting,
+                  std::nullopt);
+        folder.write("panel", "brightness", ""); // where it is missing the hardware's own counts
     }
-    folder.write("panel", "actual_brightness", "101\n");
-    EXPECT_EQ(readBacklight({.name = "panel", .folder = whole.folder, .maximum = 100}),
-              std::nullopt);
     folder.remove("panel");
-    EXPECT_EQ(readBacklight(whole), std::nullopt);
+    EXPECT_EQ(readBacklight(whole).setting, std::nullopt);
 }
 
 } // namespace

@@ -22,14 +22,19 @@ public:
         std::filesystem::create_directory(folder_ / name);
         write(name, "type", device.type);
         write(name, "max_brightness", device.maximum);
-        write(name, "actual_brightness", device.value);
+        set(name, device.value);
+    }
+    /// Setting and hardware alike.
+    void set(const std::string& name, const std::string& value) {
+        write(name, "brightness", value);
+        write(name, "actual_brightness", value);
     }
     void write(const std::string& name, const std::string& file, const std::string& bytes) {
         desktop::writeFile(folder_ / name / file, bytes);
     }
     /// As the kernel takes a device away: open files say nothing any more, the names are gone.
     void remove(const std::string& name) {
-        write(name, "actual_brightness", "");
+        set(name, "");
         std::filesystem::remove_all(folder_ / name);
     }
 

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <iterator>
 #include <optional>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -20,12 +21,35 @@ TEST(SysfsBacklight, TheSameReadingTurnsToAnotherDeviceWhenItsOwnFails) {
     folder.add("spare", {.type = "raw\n", .maximum = "10\n", .value = "2\n"});
     SysfsBacklight backlight(folder.path());
     ASSERT_EQ(backlight.level(), 0.4F);
-    folder.write("good", "actual_brightness", "101\n");
+    folder.set("good", "101\n");
     EXPECT_EQ(backlight.level(), 0.2F) << "beyond its maximum";
     folder.remove("spare");
     EXPECT_EQ(backlight.level(), std::nullopt);
-    folder.write("good", "actual_brightness", "50\n");
+    folder.set("good", "50\n");
     EXPECT_EQ(backlight.level(), 0.5F);
+}
+
+TEST(SysfsBacklight, BelievesTheHardwareOnlyOnTheScaleOfTheSettingAndWhileThePanelIsLit) {
+    struct Step {
+        const char* setting;
+        const char* actual;
+        std::optional<float> level;
+    };
+    for (const std::vector<Step>& steps : std::vector<std::vector<Step>>{
+             {{"58", "45", 0.58F}, {"100", "97", 1.0F}, {"100", "65535", 1.0F}}, // another scale
+             {{"100", "", 1.0F}, {"90", "0", 0.9F}},                             // absent, dark
+             {{"", "40", 0.4F}},
+             {{"50", "49", 0.49F}, {"100", "50", 0.5F}, {"100", "0", 1.0F}}, // it has agreed
+         }) {
+        BacklightFolder folder;
+        folder.add("panel", {});
+        SysfsBacklight backlight(folder.path());
+        for (const auto& [setting, actual, level] : steps) {
+            folder.write("panel", "brightness", setting);
+            folder.write("panel", "actual_brightness", actual);
+            EXPECT_EQ(backlight.level(), level) << setting << ' ' << actual;
+        }
+    }
 }
 
 TEST(SysfsBacklight, TakesABetterDeviceOnlyWhenToldToLook) {
@@ -39,7 +63,7 @@ TEST(SysfsBacklight, TakesABetterDeviceOnlyWhenToldToLook) {
     EXPECT_EQ(backlight.level(), 0.7F);
 }
 
-TEST(SysfsBacklight, KeepsOneFileOpenHoweverOftenItIsAskedAndChooses) {
+TEST(SysfsBacklight, KeepsTwoFilesOpenHoweverOftenItIsAskedAndChooses) {
     const auto openFiles = [] {
         const std::filesystem::directory_iterator files("/proc/self/fd");
         return std::distance(begin(files), end(files));
@@ -50,7 +74,7 @@ TEST(SysfsBacklight, KeepsOneFileOpenHoweverOftenItIsAskedAndChooses) {
     SysfsBacklight backlight(folder.path());
     for (int round = 0; round < 5; ++round) {
         EXPECT_EQ(backlight.level(), 0.4F);
-        EXPECT_EQ(openFiles(), before + 1);
+        EXPECT_EQ(openFiles(), before + 2);
         backlight.lookAgain();
         EXPECT_EQ(openFiles(), before);
     }

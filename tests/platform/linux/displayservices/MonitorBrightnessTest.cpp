@@ -48,11 +48,16 @@ struct Desk {
         return *this;
     }
     Desk& wrote(std::uint16_t raw, bool succeeded = true) {
+        state.writeBegins();
         state.writeDone(raw, succeeded, now);
         return *this;
     }
-    Desk& asksFor(float brightness) {
-        state.request(brightness, now);
+    Desk& locks() {
+        state.want(1, false, now);
+        return *this;
+    }
+    Desk& putsBack(float level) {
+        state.want(level, true, now);
         return *this;
     }
     std::optional<float> answer() { return state.brightness(now); }
@@ -74,203 +79,106 @@ TEST(MonitorBrightness, IsReadFirstAndThenGivesBackEveryValueUnchanged) {
         for (unsigned int raw = 0; raw <= maximum; raw += maximum > 10000 ? 97 : 1) {
             Desk other;
             other.reads(static_cast<std::uint16_t>(raw), maximum);
-            other.asksFor(*other.answer());
+            other.putsBack(*other.answer());
             ASSERT_EQ(other.next(), "nothing") << raw << " of " << maximum;
         }
 }
 
-TEST(MonitorBrightness, IsComparedFirstWhereTheReadingIsOld) {
-    struct Case {
-        std::chrono::milliseconds age;
-        bool finishing;
-        float wanted;
-        std::string next;
-    };
-    for (const Case& row : {Case{60ms, false, 1.0F, "write 100 in 0"},
-                            {10ms, false, 1.0F, "write 100 in 40"}, // apart from the reading
-                            {1900ms, false, 1.0F, "write 100 in 0"},
-                            {1900ms, false, 0.4F, "nothing"},
-                            {2100ms, false, 1.0F, "compare in 0"},
-                            {2100ms, false, 0.4F, "compare in 0"},
-                            {2100ms, true, 1.0F, "write 100 in 0"},
-                            {24h, true, 0.4F, "nothing"}}) {
-        Desk desk = deskAt40(row.age);
-        EXPECT_EQ(desk.asksFor(row.wanted).next(row.finishing), row.next)
-            << row.age.count() << " ms, to " << row.wanted;
-    }
-    Desk unknown;
-    EXPECT_EQ(unknown.asksFor(1).next(true), "compare in 0") << "its units are unknown";
-}
-
-TEST(MonitorBrightness, IsReadBackAfterAWriteButAFurtherWriteGoesFirst) {
-    Desk desk = deskAt40(60ms);
-    desk.asksFor(1).wrote(100);
+TEST(MonitorBrightness, IsComparedBeforeAWriteAndReadBackAfterIt) {
+    EXPECT_EQ(deskAt40(1s).locks().next(), "write 100 in 0");
+    Desk desk = deskAt40(2s);
+    EXPECT_EQ(desk.locks().next(), "compare in 0") << "its own buttons may have been used";
+    EXPECT_EQ(desk.reads(100).next(), "nothing") << "it has it already";
+    desk = deskAt40(1s).locks().wrote(100);
     EXPECT_EQ(desk.next(), "verify in 100");
+    EXPECT_EQ(desk.after(100ms).reads(40).next(), "verify in 300") << "some are slow";
     EXPECT_EQ(desk.answer(), 1.0F);
-    EXPECT_EQ(desk.asksFor(0.4F).next(), "write 40 in 50") << "it may be at 100 by now";
-    EXPECT_EQ(desk.asksFor(1).next(), "verify in 100") << "it has been told that already";
-    desk.after(100ms).reads(100);
-    EXPECT_EQ(desk.next(), "nothing");
+    EXPECT_EQ(desk.after(300ms).reads(40).next(), "write 100 in 300") << "it has not taken it";
+    EXPECT_EQ(desk.answer(), 0.4F) << "nothing is claimed";
+    EXPECT_EQ(desk.after(300ms).wrote(100).after(100ms).reads(100).next(), "nothing");
     EXPECT_EQ(desk.answer(), 1.0F);
 }
 
-TEST(MonitorBrightness, IsNotReadBackAtTheEndAndWrittenToWhereItsValueIsUnknown) {
-    Desk desk = deskAt40(60ms);
-    desk.asksFor(1).wrote(100).after(60ms);
-    EXPECT_EQ(desk.next(true), "nothing");
-    EXPECT_EQ(desk.asksFor(0.4F).next(true), "write 40 in 0") << "40 was read before the write";
-}
-
-TEST(MonitorBrightness, GetsTheNewestOfTheRequestsThatCameDuringAWrite) {
-    Desk desk = deskAt40(60ms);
-    desk.asksFor(1).next();
-    desk.asksFor(0.7F).asksFor(0.6F).wrote(100);
+TEST(MonitorBrightness, IsAtNothingWhileAWriteIsUnderWay) {
+    Desk desk = deskAt40(1s).locks();
+    desk.state.writeBegins();
+    desk.putsBack(0.4F); // what the last reading has found
     EXPECT_TRUE(desk.state.isPending());
-    EXPECT_EQ(desk.next(), "write 60 in 50");
-    desk.wrote(60);
+    desk.state.writeDone(100, true, desk.now);
+    EXPECT_EQ(desk.next(), "write 40 in 50");
+    EXPECT_EQ(desk.next(true), "write 40 in 50");
+    desk.after(50ms).wrote(40);
+    EXPECT_EQ(desk.next(true), "verify in 100");
+    EXPECT_TRUE(desk.state.own());
+    desk.after(100ms).reads(40);
     EXPECT_FALSE(desk.state.isPending());
-}
-
-TEST(MonitorBrightness, ThatHasIgnoredAValueIsAnsweredForWithWhatItHas) {
-    Desk desk = deskAt40(60ms);
-    desk.asksFor(1).wrote(100).after(100ms).reads(40);
-    EXPECT_EQ(desk.answer(), 1.0F) << "it may be slow";
-    EXPECT_EQ(desk.next(), "verify in 300");
-    desk.after(300ms).reads(40);
-    EXPECT_EQ(desk.answer(), 0.4F);
-    EXPECT_EQ(desk.asksFor(1).answer(), 0.4F) << "so that a check of it fails";
-    EXPECT_EQ(desk.asksFor(0.7F).answer(), 0.7F) << "it may well take another value";
-    EXPECT_EQ(desk.asksFor(1).wrote(100).answer(), 0.4F);
-    desk.after(100ms).reads(100);
-    EXPECT_EQ(desk.answer(), 1.0F);
-    EXPECT_EQ(desk.asksFor(0.4F).wrote(40).asksFor(1).answer(), 1.0F) << "forgiven";
+    EXPECT_FALSE(desk.state.own());
 }
 
 TEST(MonitorBrightness, GetsBackWhatItHadWhereItWasTurnedBetweenTheAnswerAndTheWrite) {
-    Desk desk;
-    desk.reads(80).after(60min);
-    EXPECT_EQ(desk.answer(), 0.8F); // and then its user has turned it down to 30
-    desk.asksFor(1);
-    EXPECT_EQ(desk.next(), "compare in 0");
-    EXPECT_EQ(desk.reads(30).next(), "write 100 in 50");
-    desk.wrote(100).after(100ms).reads(100).after(60min);
-    EXPECT_EQ(desk.asksFor(0.8F).next(), "compare in 0");
-    EXPECT_EQ(desk.reads(100).next(), "write 30 in 50");
-    desk.wrote(30).after(100ms).reads(30).after(60ms);
-    EXPECT_EQ(desk.asksFor(0.8F).next(), "write 80 in 0") << "once";
-}
-
-TEST(MonitorBrightness, StaysWhereItIsHeldAlsoWhereTheAnswerBeforeWasTheSameValue) {
-    Desk desk;
-    desk.reads(100).after(60min);
-    EXPECT_EQ(desk.answer(), 1.0F); // and then its user has turned it down to 60
-    desk.asksFor(1).reads(60).wrote(100).after(100ms).reads(100).after(5s);
-    EXPECT_EQ(desk.asksFor(1).next(), "compare in 0");
-    EXPECT_EQ(desk.reads(100).next(), "nothing") << "full is held, 60 is not what is wanted";
-
-    Desk turnedUp = deskAt40(60min);
-    turnedUp.asksFor(1).reads(40).wrote(100).after(100ms).reads(100);
-    EXPECT_EQ(turnedUp.answer(), 1.0F); // and then turned down
-    turnedUp.after(60s).asksFor(0.4F).reads(60).wrote(40).after(100ms).reads(40).after(60s);
-    turnedUp.asksFor(1).reads(40);
-    EXPECT_EQ(turnedUp.next(), "write 100 in 50");
-}
-
-TEST(MonitorBrightness, IsReadAgainWhereSomebodyMaySoonAsk) {
-    Desk desk = deskAt40(1900ms);
-    desk.state.expectQuestion(desk.now);
-    EXPECT_EQ(desk.next(), "nothing");
-    desk.after(100ms).state.expectQuestion(desk.now);
-    EXPECT_EQ(desk.next(), "refresh in 0");
-}
-
-TEST(MonitorBrightness, ThatGoesBackAgainAndAgainIsWatchedForAWhile) {
-    Desk desk = deskAt40(60ms);
-    const auto writeAndRevert = [&](const char* verify) {
-        desk.asksFor(1).wrote(100);
-        EXPECT_EQ(desk.next(), verify);
-        desk.after(1500ms).reads(100);
-        EXPECT_EQ(desk.answer(), 1.0F);
-        desk.after(5s).reads(40);
-        EXPECT_EQ(desk.asksFor(1).answer(), 0.4F);
-    };
-    writeAndRevert("verify in 100");
-    writeAndRevert("verify in 100");
-    writeAndRevert("verify in 1500");
-    desk.wrote(100).after(1500ms).reads(100).after(20s).reads(100); // it has held
-    desk.asksFor(0.4F).wrote(40);
-    EXPECT_EQ(desk.next(), "verify in 100");
-}
-
-TEST(MonitorBrightness, RenewsAnAnswerThatIsOldAndNeverMoreThanOnceASecond) {
-    Desk desk = deskAt40(900ms);
-    EXPECT_EQ(desk.answer(), 0.4F);
-    EXPECT_EQ(desk.next(), "nothing");
-    EXPECT_EQ(desk.after(100ms).answer(), 0.4F);
-    EXPECT_EQ(desk.next(), "refresh in 0");
-    desk.failsToRead();
-    EXPECT_EQ(desk.answer(), 0.4F);
-    EXPECT_EQ(desk.next(), "refresh in 1000");
-}
-
-TEST(MonitorBrightness, CannotBeChangedAfterThreeFailuresOfAKindInARow) {
-    Desk reading;
-    for (int i = 0; i < 3; ++i)
-        reading.after(1s).failsToRead();
-    EXPECT_FALSE(reading.state.canChange());
-    EXPECT_EQ(reading.next(), "nothing") << "nobody asks";
-    reading.answer();
-    EXPECT_EQ(reading.next(), "refresh in 1000");
-    EXPECT_TRUE(reading.after(1s).reads(40).state.canChange());
-
-    Desk writing = deskAt40(60ms);
-    writing.asksFor(1);
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_TRUE(writing.state.canChange());
-        EXPECT_EQ(writing.next(), i == 0 ? "write 100 in 0" : "write 100 in 300");
-        writing.wrote(100, false);
+    for (const std::uint16_t old : {40, 100}) {
+        Desk desk;
+        desk.reads(old);
+        const float answer = *desk.answer();
+        desk.after(10s).locks();
+        desk.reads(60).wrote(100).after(100ms).reads(100).after(10s);
+        EXPECT_EQ(desk.state.own(), (OwnLevel{60, 100}));
+        desk.putsBack(answer).reads(100);
+        EXPECT_EQ(desk.next(), "write 60 in 50");
+        desk.after(50ms).wrote(60).after(100ms).reads(60);
+        desk.after(10s).putsBack(answer).reads(60);
+        EXPECT_EQ(desk.next(), "write " + std::to_string(old) + " in 50") << "only once";
     }
-    EXPECT_FALSE(writing.state.canChange());
-    EXPECT_FALSE(writing.state.isPending());
-    EXPECT_EQ(writing.answer(), std::nullopt);
-    writing.after(1s).reads(40);
-    EXPECT_TRUE(writing.state.canChange());
-    EXPECT_EQ(writing.asksFor(1).answer(), 0.4F) << "a check of it fails";
-
-    Desk reads0 = deskAt40(1s);
-    for (int i = 0; i < 3; ++i)
-        reads0.reads(0, 0);
-    EXPECT_FALSE(reads0.state.canChange());
-    reads0.state.forgive();
-    EXPECT_TRUE(reads0.state.canChange());
-    EXPECT_EQ(reads0.answer(), std::nullopt) << "but what it has is not known";
-    EXPECT_EQ(reads0.next(), "refresh in 50");
 }
 
-TEST(MonitorBrightness, GivesANewValueItsOwnTries) {
-    Desk desk = deskAt40(60ms);
-    desk.asksFor(1).wrote(100, false).wrote(100, false);
-    EXPECT_EQ(desk.asksFor(0.8F).next(), "write 80 in 50");
-    desk.wrote(80, false).wrote(80, false);
-    EXPECT_TRUE(desk.state.canChange());
-    EXPECT_TRUE(desk.state.isPending());
-    desk.wrote(80, false);
+TEST(MonitorBrightness, IsTriedAgainAfterGrowingPausesAndSoonWhereSomebodyAsks) {
+    Desk desk = deskAt40(1s).locks();
+    for (const char* expected : {"write 100 in 300", "write 100 in 600", "write 100 in 1200"})
+        EXPECT_EQ(desk.after(1500ms).wrote(100, false).reads(40).next(), expected);
+    for (int i = 0; i < 20; ++i)
+        desk.failsToRead();
+    EXPECT_EQ(desk.next(), "write 100 in 30000");
+    EXPECT_EQ(desk.next(true), "write 100 in 300") << "there is little time at the end";
     EXPECT_FALSE(desk.state.canChange());
+    EXPECT_EQ(desk.answer(), std::nullopt);
+    desk.state.expectQuestion(desk.now);
+    EXPECT_EQ(desk.next(), "write 100 in 300");
+    desk.state.comeBack();
+    EXPECT_EQ(desk.next(), "write 100 in 50");
+    EXPECT_EQ(desk.reads(40).next(), "write 100 in 50");
 }
 
 TEST(MonitorBrightness, IsWrittenToBlindlyWhereItCanBeReadNoMore) {
-    Desk desk = deskAt40(1h);
-    EXPECT_EQ(desk.asksFor(1).next(), "compare in 0");
-    EXPECT_EQ(desk.failsToRead().next(), "write 100 in 50");
+    Desk desk = deskAt40(1min).locks().failsToRead();
+    EXPECT_EQ(desk.next(), "write 100 in 300");
     desk.wrote(100);
-    for (int i = 0; i < 3; ++i)
-        desk.after(300ms).failsToRead();
-    EXPECT_FALSE(desk.state.canChange());
-    EXPECT_EQ(desk.asksFor(0.4F).next(true), "write 40 in 50") << "it is put back all the same";
+    EXPECT_EQ(desk.next(), "verify in 300");
+    EXPECT_EQ(desk.state.own(), (OwnLevel{40, 100}));
+}
 
-    Desk unknown;
-    unknown.asksFor(1).failsToRead().failsToRead().failsToRead();
-    EXPECT_FALSE(unknown.state.isPending()) << "its units will never be known";
+TEST(MonitorBrightness, ThatAnEarlierRunHasLeftAtFullGetsItsOwnLevelUnlessItWasSetSince) {
+    struct Case {
+        std::uint16_t found;
+        const char* next;
+    };
+    for (const auto& [found, next] : {Case{100, "write 140 in 50"}, {69, "nothing"}}) {
+        Desk desk;
+        desk.state.resume({70, 100});
+        EXPECT_EQ(desk.next(), "compare in 0");
+        EXPECT_EQ(desk.answer(), std::nullopt);
+        desk.reads(static_cast<std::uint16_t>(found * 2), 200); // it counts in other units today
+        EXPECT_EQ(desk.next(), next);
+    }
+}
+
+TEST(MonitorBrightness, RenewsAnAnswerThatIsOldAndNeverMoreThanOnceASecond) {
+    Desk desk = deskAt40(999ms);
+    EXPECT_EQ(desk.answer(), 0.4F);
+    EXPECT_EQ(desk.next(), "nothing");
+    EXPECT_EQ(desk.after(1ms).answer(), 0.4F);
+    EXPECT_EQ(desk.next(), "refresh in 0");
+    EXPECT_EQ(desk.next(true), "nothing");
+    EXPECT_EQ(desk.failsToRead().next(), "refresh in 1000");
 }
 
 } // namespace
