@@ -127,7 +127,7 @@ class Bus:
     def __init__(self, folder, name):
         self.address = f"unix:path={folder}/{name}"
         self.socket, self.configuration = folder / name, folder / (name + ".conf")
-        self.daemon = None
+        self.daemon = self.channel = None  # the channel is for what many messages go through
 
     def start(self, rules=""):
         self.kill()
@@ -142,7 +142,7 @@ class Bus:
             self.daemon.kill()
             self.daemon.wait()
             self.daemon.stdout.close()
-            self.daemon = None
+            self.daemon = self.channel = None
             self.socket.unlink(missing_ok=True)
 
     def client(self):
@@ -163,7 +163,7 @@ class Desk:
         self.bus = Bus(self.folder, "session-bus")
         self.bus.start()
         self.system_bus = Bus(self.folder, "system-bus")  # starts where a test asks for it
-        self.processes, self.channel = [], None
+        self.processes = []
         self.binary = pathlib.Path(os.environ.get("NOCTRA_BINARY", BUILD / "app/noctra"))
         self.preferences = self.folder / "config/noctra/noctra.conf"
         self.prefer(filterIntensity=WARMTH, filterBrightness=BRIGHTNESS)
@@ -232,14 +232,13 @@ class Desk:
             message.append(list(urls), {}, signature="asa{sv}")
         else:
             message.append({}, signature="a{sv}")
-        if self.channel is None or not self.channel.get_is_connected():
-            self.channel = self.bus.client()
+        self.bus.channel = self.bus.channel or self.bus.client()
         if wait:
-            self.channel.send_message_with_reply_and_block(message, PATIENCE)
+            self.bus.channel.send_message_with_reply_and_block(message, PATIENCE)
         else:
             message.set_no_reply(True)
-            self.channel.send_message(message)
-            self.channel.flush()
+            self.bus.channel.send_message(message)
+            self.bus.channel.flush()
 
     def command(self, program, url):
         applied = program.count(APPLIED)

@@ -195,6 +195,14 @@ class Panel:
         """Its boxes, once all that showing it entails is done: the program answers after that only."""
         return wait_until(lambda: self.find(TITLE, lambda one: one.role == "frame") and self.hands.windows())
 
+    def dismiss(self):
+        """By presses elsewhere. One that comes with another on the panel belongs to that one."""
+        def is_gone():
+            left = min((box[0] for box in self.hands.windows()), default=FIRST_DISPLAY[2])
+            self.hands.click(*(ELSEWHERE if left > ELSEWHERE[0] else at(FIRST_DISPLAY, 0.9, 0.8)))
+            return wait_until(lambda: not self.hands.windows(), 0.3)
+        assert wait_until(is_gone), "a press elsewhere does not close the panel"
+
     def goes(self):
         return wait_until(lambda: not self.hands.windows()
                           and not self.find(TITLE, lambda one: one.role == "frame"))
