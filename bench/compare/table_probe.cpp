@@ -13,8 +13,8 @@
 
 #include "bench/compare/TableWatch.h"
 #include "bench/compare/Triggers.h"
-#include "tests/desktop/support/CommandChannel.h"
-#include "tests/desktop/support/GammaProbe.h"
+#include "bench/support/CommandChannel.h"
+#include "bench/support/GammaProbe.h"
 
 namespace noctra::bench {
 

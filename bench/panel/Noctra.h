@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/desktop/support/Program.h"
+#include "bench/support/Program.h"
 
 namespace noctra::bench {
 

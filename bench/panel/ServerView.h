@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/desktop/support/XConnection.h"
+#include "bench/support/XConnection.h"
 
 namespace noctra::bench {
 

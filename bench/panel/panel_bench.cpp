@@ -16,9 +16,9 @@
 #include "bench/panel/DragBench.h"
 #include "bench/panel/Noctra.h"
 #include "bench/panel/ServerView.h"
-#include "tests/desktop/support/CommandChannel.h"
-#include "tests/desktop/support/Waiting.h"
-#include "tests/desktop/support/WindowManagement.h"
+#include "bench/support/CommandChannel.h"
+#include "bench/support/Waiting.h"
+#include "bench/support/WindowManagement.h"
 
 namespace noctra::bench {
 

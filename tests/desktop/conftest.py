@@ -26,6 +26,7 @@ def desk(server):
     a_desk = Desk(server)
     yield a_desk
     a_desk.close()
+    a_desk.print_logs()  # shown where the test has failed
 
 
 @pytest.fixture

@@ -129,12 +129,14 @@ class Bus:
         self.socket, self.configuration = folder / name, folder / (name + ".conf")
         self.daemon = self.channel = None  # the channel is for what many messages go through
 
-    def start(self, rules=""):
+    def start(self, rules="", environment=None):
+        """The environment is for what the bus starts."""
         self.kill()
         self.configuration.write_text(BUS_CONFIGURATION.format(address=self.address, rules=rules))
         self.daemon = subprocess.Popen(
             ["dbus-daemon", "--nofork", "--nopidfile", "--nosyslog", "--print-address",
-             f"--config-file={self.configuration}"], stdout=subprocess.PIPE, preexec_fn=die_with_parent)
+             f"--config-file={self.configuration}"], env=environment, stdout=subprocess.PIPE,
+            preexec_fn=die_with_parent)
         assert self.daemon.stdout.readline(), "a message bus did not come up"
 
     def kill(self):
@@ -175,12 +177,15 @@ class Desk:
             **{name: str(self.folder / folder) for name, folder in FOLDERS.items()},
             **{name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")}}
 
+    def print_logs(self):
+        for process in self.processes:
+            print("$", *process.arguments)
+            print(*process.lines, *process.errors, sep="\n")
+
     def close(self):
         self.server.resume()
         for process in reversed(self.processes):
             process.clear_away()
-        for process in self.processes:  # pytest shows this where the test has failed
-            print("$", *process.arguments, "", *process.lines, *process.errors, sep="\n")
         self.bus.kill()
         self.system_bus.kill()
         self.place.cleanup()

@@ -104,9 +104,10 @@ class Monitors:
 class Logind:
     """On the desk's system bus, which starts with it. Writes of brightness are noted and nothing else."""
 
-    def __init__(self, desk):
+    def __init__(self, desk, start_bus=True):
         self.bus = desk.system_bus
-        self.bus.start()
+        if start_bus:
+            self.bus.start()
         self.process = desk.run("/usr/bin/python3", "-m", "dbusmock", "--system", "--template", "logind")
         assert wait_until(lambda: self.bus.has(LOGIND)), "the mock of logind did not come up"
         self.client = self.bus.client()

@@ -157,6 +157,7 @@ class Panel:
         self.root = Accessible(dbus.bus.BusConnection(str(address)), "org.a11y.atspi.Registry",
                                "/org/a11y/atspi/accessible/root")
         desk.environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+        self.hands.do("mouseup", 1)
         self.hands.move(*at(FIRST_DISPLAY, 1, 1))
 
     def find(self, name, holds=lambda one: True):
@@ -237,6 +238,14 @@ class Panel:
         """From one end of the fader beyond the other."""
         box = self.place(fader)
         self.hands.drag(at(box, 0.5, up), at(box, 0.5, not up))
+
+    def cursor(self):
+        """A number for the pointer's looks."""
+        self.desk.server.connection.xfixes_query_version()
+        return self.desk.server.connection.xfixes_get_cursor_image(self.desk.server.root).cursor_serial
+
+    def count_pixels(self, box, colour):
+        return pixels(self.desk, box).count(colour)
 
     def open_settings(self):
         self.click(GEAR)

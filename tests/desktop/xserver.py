@@ -4,6 +4,7 @@ import os
 import pathlib
 import signal
 import subprocess
+import sys
 import tempfile
 
 from Xlib import X, Xatom, display
@@ -155,3 +156,17 @@ class XServer:
         else:
             randr.change_output_property(*where, Xatom.ATOM, X.PropModeReplace, (32, [self.atom(value)]))
         self.connection.sync()
+
+
+def main(*command):
+    """Runs a program on a server of its own with three displays."""
+    server = XServer()
+    try:
+        server.reset(3)
+        return subprocess.run(command, env={**os.environ, "DISPLAY": server.display}).returncode
+    finally:
+        server.end()
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/desktop/support/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace noctra {
 
@@ -37,8 +37,8 @@ TEST(RuntimeDirectory, IsPrivateAndNeverWhereSomebodyElsePointsTo) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
-        const desktop::TemporaryFolder runtime;
-        const desktop::TemporaryFolder cache;
+        const test::TemporaryFolder runtime;
+        const test::TemporaryFolder cache;
         ::setenv("XDG_RUNTIME_DIR", runtime.path().c_str(), 1);
         ::setenv("XDG_CACHE_HOME", cache.path().c_str(), 1);
         c.prepare(runtime / "noctra");

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/desktop/support/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace noctra {
 
@@ -27,7 +27,7 @@ TEST(ExecLine, APathIsQuotedWhereItHasToBe) {
 }
 
 TEST(ExecLine, EveryPathIsReadBackAndStandsInAValidEntry) {
-    const desktop::TemporaryFolder folder;
+    const test::TemporaryFolder folder;
     const bool canValidate = std::system("command -v desktop-file-validate >/dev/null") == 0;
     for (int code = 1; code < 128; ++code) {
         if (code == '/')
@@ -41,7 +41,7 @@ TEST(ExecLine, EveryPathIsReadBackAndStandsInAValidEntry) {
         if (!canValidate || code < ' ' || code == 127) // it takes no control characters
             continue;
         const auto file = folder / "entry.desktop";
-        desktop::writeFile(file, "[Desktop Entry]\nType=Application\nName=x\nExec=" + value + "\n");
+        test::writeFile(file, "[Desktop Entry]\nType=Application\nName=x\nExec=" + value + "\n");
         EXPECT_EQ(std::system(("desktop-file-validate " + file.string()).c_str()), 0) << value;
     }
 }

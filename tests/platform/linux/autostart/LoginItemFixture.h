@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/linux/XdgLoginItem.h"
-#include "tests/desktop/support/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace noctra::test {
 
@@ -38,7 +38,7 @@ protected:
 
     static void write(const Path& file, const std::string& text) {
         std::filesystem::create_directories(file.parent_path());
-        desktop::writeFile(file, text);
+        test::writeFile(file, text);
     }
     static void writeProgram(const Path& file) {
         write(file, "");
@@ -49,7 +49,7 @@ protected:
         return "[Desktop Entry]\nType=Application\nName=Noctra\nExec=" + program() + "\n" + more;
     }
 
-    desktop::TemporaryFolder folder_;
+    test::TemporaryFolder folder_;
     std::map<std::string, std::string> variables_{
         {"XDG_CONFIG_HOME", config()},
         {"XDG_CONFIG_DIRS",

@@ -14,7 +14,7 @@ namespace {
 class XdgLoginItemFilesTest : public test::LoginItemFixture {};
 
 TEST_F(XdgLoginItemFilesTest, WithoutAFolderForItTheItemCannotBeFound) {
-    desktop::writeFile(folder_ / "file", "");
+    test::writeFile(folder_ / "file", "");
     const std::string file = folder_ / "file";
     using Variables = std::map<std::string, std::string>;
     for (const Variables& variables :
@@ -57,7 +57,7 @@ TEST_F(XdgLoginItemFilesTest, WhatCannotBeReadIsLeftAlone) {
     const std::string largest = entry("#" + std::string(65536 - entry("#").size(), 'x'));
     write(own(), largest + "x");
     isLeftAlone("POSIX error 27 (File too large): ");
-    EXPECT_EQ(desktop::readFile(own()), largest + "x");
+    EXPECT_EQ(test::readFile(own()), largest + "x");
     write(own(), largest);
     EXPECT_EQ(item().status(), Status::enabled);
 }
@@ -67,21 +67,21 @@ TEST_F(XdgLoginItemFilesTest, ALinkIsReadThroughAndReplacedItself) {
     std::filesystem::create_directories(own().parent_path());
     for (const Path& destination : {target, Path("dangling"), own()}) {
         std::filesystem::create_symlink(destination, own());
-        desktop::writeFile(target, entry("X-Mine=1\nHidden=true\n"));
+        test::writeFile(target, entry("X-Mine=1\nHidden=true\n"));
         const bool isRead = destination == target;
         EXPECT_EQ(item().status(), isRead ? Status::requiresApproval : Status::notRegistered);
         EXPECT_EQ(item().registerItem(), "");
         EXPECT_EQ(item().status(), Status::enabled);
         EXPECT_FALSE(is_symlink(own()));
-        EXPECT_EQ(desktop::readFile(own()) == entry("X-Mine=1\n"), isRead);
-        EXPECT_EQ(desktop::readFile(target), entry("X-Mine=1\nHidden=true\n"));
+        EXPECT_EQ(test::readFile(own()) == entry("X-Mine=1\n"), isRead);
+        EXPECT_EQ(test::readFile(target), entry("X-Mine=1\nHidden=true\n"));
         std::filesystem::remove(own());
     }
     std::filesystem::create_symlink(target, own());
-    desktop::writeFile(target, entry());
+    test::writeFile(target, entry());
     EXPECT_EQ(item().unregisterItem(), "");
-    EXPECT_EQ(desktop::readFile(own()), entry("Hidden=true\n"));
-    EXPECT_EQ(desktop::readFile(target), entry());
+    EXPECT_EQ(test::readFile(own()), entry("Hidden=true\n"));
+    EXPECT_EQ(test::readFile(target), entry());
 }
 
 TEST_F(XdgLoginItemFilesTest, NothingIsWrittenWhereNothingChanges) {
@@ -105,7 +105,7 @@ TEST_F(XdgLoginItemFilesTest, NothingIsWrittenWhereNothingChanges) {
               delayed + "TryExec=noctra-gone\n", std::string("# mine\n")}) {
             write(own(), off);
             EXPECT_EQ(item().unregisterItem(), "");
-            EXPECT_EQ(desktop::readFile(own()), off);
+            EXPECT_EQ(test::readFile(own()), off);
             EXPECT_EQ(identity(), before);
         }
     }
@@ -121,7 +121,7 @@ TEST_F(XdgLoginItemFilesTest, AReaderSeesTheOldEntryOrTheNewOne) {
     std::atomic<int> torn = 0;
     std::thread reader([&] {
         while (!ended) {
-            const std::string seen = desktop::readFile(own());
+            const std::string seen = test::readFile(own());
             torn += seen != on && seen != off ? 1 : 0;
         }
     });
@@ -130,7 +130,7 @@ TEST_F(XdgLoginItemFilesTest, AReaderSeesTheOldEntryOrTheNewOne) {
     ended = true;
     reader.join();
     EXPECT_EQ(torn, 0);
-    EXPECT_EQ(desktop::readFile(own()), on);
+    EXPECT_EQ(test::readFile(own()), on);
 }
 
 } // namespace

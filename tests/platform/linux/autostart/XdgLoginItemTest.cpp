@@ -63,7 +63,7 @@ TEST_F(XdgLoginItemTest, ASessionWithoutANameStartsWhatIsForNoneInParticular) {
     write(own(), entry("OnlyShowIn=KDE;\n"));
     EXPECT_EQ(item().status(), Status::notRegistered);
     EXPECT_EQ(item().registerItem(), "");
-    EXPECT_EQ(desktop::readFile(own()), entry());
+    EXPECT_EQ(test::readFile(own()), entry());
 }
 
 TEST_F(XdgLoginItemTest, RegisteringAndUnregisteringAgain) {
@@ -126,7 +126,7 @@ TEST_F(XdgLoginItemTest, RegisteringChangesOnlyWhatKeepsTheProgramFromStarting) 
          }) {
         write(own(), known.before);
         EXPECT_EQ(item().registerItem(), "");
-        EXPECT_EQ(desktop::readFile(own()), known.after);
+        EXPECT_EQ(test::readFile(own()), known.after);
         EXPECT_EQ(item().status(), Status::enabled) << known.before;
     }
 }
@@ -139,19 +139,19 @@ TEST_F(XdgLoginItemTest, ASystemWideEntryCountsUntilTheUserHasHisOwn) {
 
     EXPECT_EQ(item().unregisterItem(), "");
     EXPECT_EQ(item().status(), Status::requiresApproval);
-    EXPECT_TRUE(desktop::readFile(own()).ends_with("Exec=" + program() + "\nHidden=true\n"));
+    EXPECT_TRUE(test::readFile(own()).ends_with("Exec=" + program() + "\nHidden=true\n"));
 
     EXPECT_EQ(item().registerItem(), "");
     EXPECT_EQ(item().status(), Status::enabled);
     write(own(), entry("X-Mine=1\n"));
     EXPECT_EQ(item().unregisterItem(), "");
-    EXPECT_EQ(desktop::readFile(own()), entry("X-Mine=1\nHidden=true\n"));
+    EXPECT_EQ(test::readFile(own()), entry("X-Mine=1\nHidden=true\n"));
 
     write(systems(), entry("Hidden=true\n"));
     EXPECT_EQ(item().registerItem(), "");
     EXPECT_EQ(item().status(), Status::enabled) << "also over one that is switched off";
     EXPECT_EQ(item().unregisterItem(), "");
-    EXPECT_EQ(desktop::readFile(own()), entry("X-Mine=1\nHidden=true\n"))
+    EXPECT_EQ(test::readFile(own()), entry("X-Mine=1\nHidden=true\n"))
         << "what is the user's own stays";
 }
 

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-#include "tests/desktop/support/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace noctra::test {
 
@@ -30,7 +30,7 @@ public:
         write(name, "actual_brightness", value);
     }
     void write(const std::string& name, const std::string& file, const std::string& bytes) {
-        desktop::writeFile(folder_ / name / file, bytes);
+        test::writeFile(folder_ / name / file, bytes);
     }
     /// As the kernel takes a device away: open files say nothing any more, the names are gone.
     void remove(const std::string& name) {
@@ -39,7 +39,7 @@ public:
     }
 
 private:
-    desktop::TemporaryFolder folder_;
+    test::TemporaryFolder folder_;
 };
 
 } // namespace noctra::test

@@ -3,9 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <filesystem>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
+#include "platform/linux/calibration/ProfileFile.h"
+#include "tests/support/TemporaryFolder.h"
 #include "tests/platform/linux/calibration/VcgtProfiles.h"
 
 namespace noctra::test {
@@ -57,6 +61,35 @@ TEST(VcgtTables, AProfileWithoutUsableTablesGivesNone) {
     };
     for (const auto& [situation, profile, usable, entries] : cases)
         EXPECT_EQ(vcgtTables(profile, entries).has_value(), usable) << situation;
+}
+
+TEST(ProfileFile, OnlyRegularFilesOfASensibleSizeAreRead) {
+    const TemporaryFolder folder;
+    const std::string contents("\1\0\377", 3);
+    writeFile(folder / "some.icc", contents);
+    std::filesystem::create_symlink(folder / "some.icc", folder / "link.icc");
+    ASSERT_EQ(::mkfifo((folder / "pipe.icc").c_str(), 0600), 0);
+    for (const char* name : {"empty.icc", "large.icc", "too-large.icc"})
+        writeFile(folder / name, "");
+    std::filesystem::resize_file(folder / "large.icc", largestIccProfile);
+    std::filesystem::resize_file(folder / "too-large.icc", largestIccProfile + 1);
+
+    const struct {
+        std::string path;
+        std::string expected;
+    } cases[] = {
+        {folder / "some.icc", contents},
+        {folder / "link.icc", contents},
+        {folder / "large.icc", std::string(largestIccProfile, '\0')},
+        {folder / "too-large.icc", ""},
+        {folder / "empty.icc", ""},
+        {folder / "missing.icc", ""},
+        {folder.path(), ""},
+        {folder / "pipe.icc", ""},
+        {"/dev/zero", ""},
+    };
+    for (const auto& [path, expected] : cases)
+        EXPECT_TRUE(asText(readProfileFile(path)) == expected) << path;
 }
 
 } // namespace

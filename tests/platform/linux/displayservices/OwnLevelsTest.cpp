@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/desktop/support/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace noctra::display_services {
 
@@ -15,7 +15,7 @@ const LevelOwner there{"edid-1", "DP-2"};
 const LevelOwner other{"edid-2", "DP-1"};
 
 TEST(OwnLevels, AreOnDiskForTheNextRunUntilTheyHaveBeenPutBack) {
-    const desktop::TemporaryFolder folder;
+    const test::TemporaryFolder folder;
     const std::string file = folder / "state" / "own-levels";
     const OwnLevels::Map both{{here, {70, 100}}, {other, {0, 65535}}};
     {
@@ -42,9 +42,9 @@ TEST(OwnLevels, AreOnDiskForTheNextRunUntilTheyHaveBeenPutBack) {
 }
 
 TEST(OwnLevels, LeaveOutWhatMakesNoSense) {
-    const desktop::TemporaryFolder folder;
+    const test::TemporaryFolder folder;
     const std::string file = folder / "own-levels";
-    desktop::writeFile(file, "edid-1 DP-1 70\nx\n\nedid-2 DP-1 101 100\nedid-3 DP-1 1 0\n"
+    test::writeFile(file, "edid-1 DP-1 70\nx\n\nedid-2 DP-1 101 100\nedid-3 DP-1 1 0\n"
                              "edid-4 DP-1 -1 5\nedid-5 DP-1 1 2 3\nedid-1 DP-2 40 80\n\x80\xff");
     OwnLevels levels(file);
     EXPECT_EQ(levels.take(here), (OwnLevel{40, 80}));
