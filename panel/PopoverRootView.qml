@@ -26,6 +26,8 @@ Rectangle {
     color: panel.bgDeep
     // Only for the keyboard: what is pressed must not move away under the pointer.
     onFocusedItemChanged: if (panel.showsFocus && focusedItem !== null) reveal(focusedItem)
+    // Where it was, as far as this window is as low; it has its height a turn later.
+    Component.onCompleted: Qt.callLater(() => scrollTo(panel.scrolled))
     Keys.onPressed: event => {
         const target = ({
             [Qt.Key_PageUp]: scroll.contentY - 0.9 * height,
@@ -61,6 +63,7 @@ Rectangle {
         interactive: root.isShort && root.panel.isTouched
         flickableDirection: Flickable.VerticalFlick
         boundsBehavior: Flickable.StopAtBounds
+        onContentYChanged: root.panel.scrolled = contentY
 
         WheelArea {
             panel: root.panel

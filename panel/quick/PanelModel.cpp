@@ -7,8 +7,8 @@
 
 namespace noctra {
 
-PanelModel::PanelModel(const PanelServices& services)
-    : services_(services), reducesMotion_(services.motion.reducesMotion()),
+PanelModel::PanelModel(const PanelServices& services, PanelState& state)
+    : services_(services), state_(state), reducesMotion_(services.motion.reducesMotion()),
       view_(services_, [this] { render(); }), fonts_(services.fonts),
       warmth_(services_, [this] { return view_.warmthFader(); }),
       brightness_(services_, [this] { return view_.brightnessFader(); }),
@@ -28,9 +28,17 @@ PanelModel::PanelModel(const PanelServices& services)
         emit settingsChanged();
         view_.settingsLeft();
     });
+    if (state_.showingSettings) {
+        view_.toggleSettings();
+        settings_ = std::make_unique<SettingsModel>(view_.settings());
+        showingSettings_ = true;
+        sheet_.moveTo(1.0, std::nullopt);
+    }
 }
 
-PanelModel::~PanelModel() = default;
+PanelModel::~PanelModel() {
+    state_.showingSettings = view_.showingSettings();
+}
 
 QColor PanelModel::bgDeep() {
     return toQt(AnalogPalette::bgDeep);

@@ -23,6 +23,12 @@
 
 namespace noctra {
 
+/// What stays of a panel from one window to the next.
+struct PanelState {
+    bool showingSettings = false;
+    double scrolled = 0.0; ///< points, from its top
+};
+
 /// The control panel for its QML files: what a FilterControlView says, property by property, each
 /// with a signal when it has changed. Main thread.
 class PanelModel : public QObject {
@@ -65,9 +71,12 @@ class PanelModel : public QObject {
     /// How far up the sheet is: 0 below the panel, 1 over it; beyond 1 while it swings.
     Q_PROPERTY(qreal sheetLevel READ sheetLevel NOTIFY sheetLevelChanged)
 
+    /// How far down it is scrolled, in points.
+    Q_PROPERTY(qreal scrolled READ scrolledBy WRITE setScrolledBy)
+
 public:
-    /// `services` outlives the model.
-    explicit PanelModel(const PanelServices& services);
+    /// Begins as `state` says, and leaves there how it ends. Both outlive the model.
+    PanelModel(const PanelServices& services, PanelState& state);
     ~PanelModel() override;
 
     [[nodiscard]] static QString title() { return toQt(FilterControlView::title); }
@@ -103,6 +112,8 @@ public:
     [[nodiscard]] bool showingSettings() const { return showingSettings_; }
     [[nodiscard]] SettingsModel* settings() { return settings_.get(); }
     [[nodiscard]] qreal sheetLevel() const { return sheet_.value(); }
+    [[nodiscard]] qreal scrolledBy() const { return state_.scrolled; }
+    void setScrolledBy(qreal points) { state_.scrolled = points; }
 
     Q_INVOKABLE void pressPower() { view_.powerSwitch().press(view_.transaction); }
     Q_INVOKABLE void pressGear() { view_.toggleSettings(); }
@@ -140,6 +151,7 @@ private:
     [[nodiscard]] std::optional<SpringSpec> unlessReduced(std::optional<SpringSpec> spring) const;
 
     const PanelServices services_;
+    PanelState& state_;
     const bool reducesMotion_;
     bool showsFocus_ = false;
     bool isTouched_ = false;

@@ -62,7 +62,7 @@ void QuickPanelWindow::show(const PanelPlace& place) {
 }
 
 void QuickPanelWindow::build() {
-    model_ = std::make_unique<PanelModel>(services_);
+    model_ = std::make_unique<PanelModel>(services_, state_);
     view_ = std::make_unique<QQuickView>();
     // A tool window has the keyboard under every window manager, and no entry among the tasks.
     view_->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);

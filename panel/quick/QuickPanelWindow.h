@@ -8,12 +8,11 @@
 
 #include "panel/PanelServices.h"
 #include "panel/PanelWindow.h"
+#include "panel/quick/PanelModel.h"
 
 class QQuickView;
 
 namespace noctra {
-
-class PanelModel;
 
 /// The panel in a window of its own, drawn by Qt Quick without a GPU.
 class QuickPanelWindow : public QObject, public PanelWindow {
@@ -40,6 +39,7 @@ private:
 
     const PanelServices& services_;
     std::function<void()> closeAsked_;
+    PanelState state_;
     std::unique_ptr<PanelModel> model_;
     std::unique_ptr<QQuickView> view_; ///< goes before the model
 };

@@ -46,6 +46,27 @@ TEST_F(PanelSheet, SlidesInAndOutLikeADampedSpringAndIsGoneThen) {
     EXPECT_TRUE(sheet.isNull());
 }
 
+TEST_F(PanelSheet, IsThereAgainWhereItWasWithTheNextWindow) {
+    open(360);
+    openSheet();
+    wheel({160, 300}, -120);
+    const double scrolled = box("settings").y();
+    EXPECT_EQ(scrolled, -48.0);
+    for (const int height : {360, 540}) { // the desktop has changed meanwhile
+        panel->close();
+        settle();
+        open(height);
+        EXPECT_EQ(sheetLevel(), 1.0) << height;
+        EXPECT_EQ(box("settings").y(), height == 360 ? scrolled : 0.0) << height;
+    }
+    click("close");
+    advance(Seconds(2));
+    panel->close();
+    settle();
+    open();
+    EXPECT_EQ(find("settings"), nullptr);
+}
+
 TEST_F(PanelSheet, TurnsRoundOnTheWayWithItsSpeed) {
     open();
     click("gear");
