@@ -21,10 +21,10 @@ LinuxPopover::LinuxPopover(const Parts& parts) : parts_(parts) {
     connect(&parts_.item, &TrayItem::placed, this, [this] { lookWhereTheItemIs(); });
 }
 
-/// At the first start the popover may be there before the item has found its place. One that is
-/// where it was clicked stays.
+/// The popover may be there before the item has found its place. One that is where it was clicked
+/// stays.
 void LinuxPopover::lookWhereTheItemIs() {
-    if (!isShown() || isAtItem_)
+    if (!isShown() || isAtClick_)
         return;
     const TraySurroundings around = parts_.item.surroundings();
     if (around.screen() != nullptr && around.popoverPlace(size_) != place_ && placeChanged_)
@@ -48,7 +48,7 @@ void LinuxPopover::show(const StatusItemButton&) {
         parts_.panel.close(); // it may be hidden
     const bool wasShown = parts_.panel.isShown();
     place_ = around.popoverPlace(size_);
-    isAtItem_ = around.knowsTheItem();
+    isAtClick_ = around.isAtClick();
     parts_.panel.show({place_.x(), place_.y(), place_.width(), place_.height()});
     if (!parts_.panel.isShown())
         return;

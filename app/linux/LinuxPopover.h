@@ -42,8 +42,8 @@ private:
 
     const Parts parts_;
     QSize size_;
-    QRect place_;                  ///< where it was shown last
-    bool isAtItem_ = false;        ///< else where nobody knew better
+    QRect place_; ///< where it was shown last
+    bool isAtClick_ = false;
     SteadyClock::TimePoint dueAt_; ///< by when a window manager has shown it
     std::function<void()> placeChanged_;
 };

@@ -2,8 +2,10 @@
 whenever a tray is."""
 
 import pathlib
+import time
 
 import pytest
+from Xlib import Xatom
 
 from desk import wait_until
 from machine import TrayHost
@@ -177,6 +179,46 @@ def test_gnomes_shell_which_keeps_left_clicks_for_the_menu_is_offered_the_panel_
     rows = [row[1] for row in rows]
     assert [row["label"].replace("_", "") for row in rows] == ["Show Noctra", "Quit Noctra"]
     assert not any("shortcut" in row for row in rows)
+    # A bar without a window of its own leaves windows less room.
+    server = desk.server
+    size = server.root.get_geometry()
+    server.root.change_property(server.atom("_NET_WORKAREA"), Xatom.CARDINAL, 32,
+                                [0, 27, size.width, size.height - 27])
+    server.connection.sync()
+    desk.command(program, "noctra://show")
+    assert panel.opens() == [(480, 27, 320, 540)]
+    server.root.delete_property(server.atom("_NET_WORKAREA"))
     call("/StatusNotifierItem", kde, "SecondaryActivate", "ii", 0, 0)
-    assert panel.opens()
+    assert panel.goes()
+    assert desk.ends_cleanly(program)
+
+
+def test_the_items_colour_is_looked_at_anew_when_the_desktops_settings_change(desk, panel):
+    server = desk.server
+    bar = server.root.create_window(0, 0, 800, 28, 0, 24, background_pixel=0x202020, override_redirect=1)
+    bar.change_property(server.atom("_NET_WM_WINDOW_TYPE"), Xatom.ATOM, 32, [server.atom("_NET_WM_WINDOW_TYPE_DOCK")])
+    bar.map()
+    server.connection.sync()
+    settings = panel.settings_manager(b"Gtk/EnableAnimations", 1)
+    host = desk.run("/usr/bin/python3", "-B", "-c", GNOME_SHELL, BENCH)
+    assert wait_until(lambda: desk.bus.has("org.gnome.Shell"))
+    program = desk.start()
+    assert host.says("item")
+
+    def has(colour):
+        pictures = desk.bus.client().call_blocking(
+            host.lines[0].split()[1], "/StatusNotifierItem", "org.freedesktop.DBus.Properties", "Get", "ss",
+            ("org.kde.StatusNotifierItem", "IconPixmap"))
+        data = bytes(pictures[0][2])  # ARGB
+        return any(data[i:i + 4] == b"\xff" + 3 * colour for i in range(0, len(data), 4))
+    assert wait_until(lambda: has(b"\xff"))
+    time.sleep(2.5)  # until the last look at what has only just come
+    bar.change_attributes(background_pixel=0xF2F2F2)
+    bar.clear_area()
+    owner = server.connection.get_selection_owner(server.atom("_XSETTINGS_S0"))
+    owner.change_property(*[server.atom("_XSETTINGS_SETTINGS")] * 2, 8, b"")
+    server.connection.sync()
+    assert wait_until(lambda: has(b"\0"), 10)
+    bar.destroy()
+    settings.close()
     assert desk.ends_cleanly(program)

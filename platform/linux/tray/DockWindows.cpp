@@ -164,4 +164,36 @@ std::vector<Dock> findDocks(xcb_connection_t* connection, xcb_window_t root) {
     return describe(connection, root, atoms, docks);
 }
 
+PixelRect findWorkArea(xcb_connection_t* connection, xcb_window_t root) {
+    constexpr std::string_view areaName = "_NET_WORKAREA";
+    constexpr std::string_view currentName = "_NET_CURRENT_DESKTOP";
+    constexpr std::uint32_t mostWorkspaces = 256;
+    const auto intern = [&](std::string_view name) {
+        return xcb_intern_atom(connection, 1, static_cast<std::uint16_t>(name.size()), name.data());
+    };
+    const auto atomIn = [&](xcb_intern_atom_cookie_t cookie) {
+        const XcbReply<xcb_intern_atom_reply_t> reply(
+            xcb_intern_atom_reply(connection, cookie, nullptr));
+        return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+    };
+    const auto askArea = intern(areaName);
+    const auto askCurrent = intern(currentName);
+    const xcb_atom_t area = atomIn(askArea);
+    const xcb_atom_t current = atomIn(askCurrent);
+    if (area == XCB_ATOM_NONE)
+        return {};
+    const auto areaCookie = ask(connection, root, area, XCB_ATOM_CARDINAL, 4 * mostWorkspaces);
+    const auto currentCookie = ask(connection, root, current, XCB_ATOM_CARDINAL, 1);
+    const auto areas = numbers(connection, areaCookie);
+    const auto workspaces = numbers(connection, currentCookie);
+    const std::size_t first = workspaces.empty() ? 0 : 4 * std::size_t{workspaces.front()};
+    if (first + 4 > areas.size())
+        return {};
+    const auto coordinate = [&](std::size_t index) {
+        constexpr std::uint32_t largest = 32767;
+        return static_cast<int>(std::min(areas[first + index], largest));
+    };
+    return {coordinate(0), coordinate(1), coordinate(2), coordinate(3)};
+}
+
 } // namespace noctra

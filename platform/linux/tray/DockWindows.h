@@ -16,4 +16,9 @@ namespace noctra {
 /// a broken connection.
 [[nodiscard]] std::vector<Dock> findDocks(xcb_connection_t* connection, xcb_window_t root);
 
+/// The part of the X screen that is left to windows on the present workspace (_NET_WORKAREA, EWMH
+/// 1.5), as a window manager wrote it, which may be anything. Empty where there is none. Two round
+/// trips.
+[[nodiscard]] PixelRect findWorkArea(xcb_connection_t* connection, xcb_window_t root);
+
 } // namespace noctra

@@ -15,6 +15,7 @@ TrayHosts::TrayHosts(SessionBusLink* sessionBus, std::function<void()> changed)
     if (xcb_connection_t* const connection = qtXConnection()) {
         selection_ = internAtom(connection, "_NET_SYSTEM_TRAY_S0");
         manager_ = internAtom(connection, "MANAGER");
+        settings_ = internAtom(connection, "_XSETTINGS_SETTINGS");
         QCoreApplication::instance()->installNativeEventFilter(this);
     }
     if (sessionBus_ != nullptr) {
@@ -58,15 +59,18 @@ bool TrayHosts::hasEmbeddingHost() const {
     return reply && reply->owner != XCB_NONE;
 }
 
-/// A tray announces itself to all of the root's clients when it takes the selection.
+/// A tray announces itself to all of the root's clients when it takes the selection; settings
+/// change on a window that Qt itself watches.
 bool TrayHosts::nativeEventFilter(const QByteArray& type, void* message, qintptr*) {
     if (type != "xcb_generic_event_t")
         return false;
     const auto* const event = static_cast<const xcb_generic_event_t*>(message);
-    if ((event->response_type & 0x7f) != XCB_CLIENT_MESSAGE)
-        return false;
     const auto* const news = reinterpret_cast<const xcb_client_message_event_t*>(event);
-    if (news->type == manager_ && news->format == 32 && news->data.data32[1] == selection_)
+    const auto* const change = reinterpret_cast<const xcb_property_notify_event_t*>(event);
+    const int kind = event->response_type & 0x7f;
+    if ((kind == XCB_CLIENT_MESSAGE && news->type == manager_ && news->format == 32 &&
+         news->data.data32[1] == selection_) ||
+        (kind == XCB_PROPERTY_NOTIFY && change->atom == settings_))
         QMetaObject::invokeMethod(
             this, [this] { changed_(); }, Qt::QueuedConnection);
     return false;

@@ -19,7 +19,8 @@ class SessionBusLink;
 class TrayHosts : public QObject, private QAbstractNativeEventFilter {
     Q_OBJECT
 public:
-    /// `changed` runs after each change, first when it is known what is there. `sessionBus`
+    /// `changed` runs after each change, also of the desktop's settings (XSETTINGS), by which bars
+    /// change their looks; first when it is known what is there. `sessionBus`
     /// outlives the object; null: there is none. After a loss of the bus it is the one that comes
     /// next that is looked at.
     TrayHosts(SessionBusLink* sessionBus, std::function<void()> changed);
@@ -55,6 +56,7 @@ private:
     bool busReplaced_ = false;
     std::uint32_t selection_ = 0; ///< atoms; 0 where there is no X server
     std::uint32_t manager_ = 0;
+    std::uint32_t settings_ = 0;
 };
 
 } // namespace noctra

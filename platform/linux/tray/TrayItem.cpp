@@ -102,7 +102,8 @@ void TrayItem::settle() {
 /// Bars are drawn, and items given their place, some time after they are there.
 void TrayItem::settleIn() {
     lookAtBar();
-    emit placed();
+    if (settlingAttempts_ < settlingDelays.size())
+        emit placed();
     if (++settlingAttempts_ < settlingDelays.size())
         settling_.schedule(settlingDelays[settlingAttempts_]);
     else if (image_ && image_->isTemplate)

@@ -49,7 +49,7 @@ public:
     [[nodiscard]] TraySurroundings surroundings() const;
 
 signals:
-    /// The item may have come to another place.
+    /// The item may have come to another place, in the time after it or its host has come.
     void placed();
 
 protected:

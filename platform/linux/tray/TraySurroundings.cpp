@@ -25,8 +25,14 @@ int area(const Dock& dock) {
 } // namespace
 
 TraySurroundings::TraySurroundings(const TrayKnowledge& knowledge) {
-    if (xcb_connection_t* const connection = qtXConnection())
+    if (xcb_connection_t* const connection = qtXConnection()) {
         docks_ = findDocks(connection, rootWindow(connection));
+        const QScreen* const primary = QGuiApplication::primaryScreen();
+        if (docks_.empty() && primary != nullptr)
+            if (const PixelRect area = findWorkArea(connection, rootWindow(connection));
+                !area.isEmpty())
+                docks_ = barsAround(area, pixelsOf(*primary), wholeScreen(connection));
+    }
     find(knowledge);
     if (screen_ == nullptr)
         screen_ = screenUnderPointer();

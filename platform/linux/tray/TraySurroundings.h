@@ -24,8 +24,9 @@ struct TrayKnowledge {
 };
 
 /// The item's place on the desktop, and what is there. The best of what is known: the geometry that
-/// the host tells, else the place of a click, else the bar that holds the host's items, else the
-/// screen under the pointer. Main thread; needs a QGuiApplication.
+/// the host tells, else the place of a click, else the bar that holds the host's items, or where no
+/// bar has a window the edge that is kept free for one, else the screen under the pointer. Main
+/// thread; needs a QGuiApplication.
 class TraySurroundings {
 public:
     /// Looks, which takes some round trips to the X server.
@@ -39,10 +40,8 @@ public:
     [[nodiscard]] QRect popoverPlace(const QSize& size) const;
     /// The top left corner of that place to the pixel, which points do not always reach.
     [[nodiscard]] PixelPoint popoverCorner(const QSize& size) const;
-    /// Whether more than the screen is known.
-    [[nodiscard]] bool knowsTheItem() const {
-        return !std::holds_alternative<HabitualCorner>(anchor_);
-    }
+    /// Whether that is where the item was clicked.
+    [[nodiscard]] bool isAtClick() const { return std::holds_alternative<PixelPoint>(anchor_); }
     /// What a template is to be coloured in here: white on a dark bar, black on a light one, a grey
     /// that can be seen on both where the bar's colour is unknown.
     [[nodiscard]] QColor templateColor() const;

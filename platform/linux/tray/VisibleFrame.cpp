@@ -90,6 +90,36 @@ PixelRect visibleFrame(const PixelRect& monitor, const PixelRect& screen,
             monitor.height - top - bottom};
 }
 
+std::vector<Dock> barsAround(const PixelRect& workArea, const PixelRect& monitor,
+                             const PixelRect& screen) {
+    std::vector<Dock> docks;
+    if (std::any_of(edges.begin(), edges.end(),
+                    [&](Edge edge) { return distanceInside(workArea, screen, edge) < 0; }))
+        return docks; // it means another screen
+    for (const Edge edge : edges) {
+        const int size = distanceInside(workArea, screen, edge);
+        if (size <= hiddenStrut || size > lengthAcross(screen, edge) / 4)
+            continue;
+        const PixelRect& along = distanceInside(monitor, screen, edge) == 0 ? monitor : screen;
+        const bool isFar = edge == Edge::right || edge == Edge::bottom;
+        const int shift = isFar ? lengthAcross(along, edge) - size : 0;
+        Dock dock{.frame = along};
+        if (isVertical(edge))
+            dock.frame = {along.x + shift, along.y, size, along.height};
+        else
+            dock.frame = {along.x, along.y + shift, along.width, size};
+        const StrutSide side{size, isVertical(edge) ? along.y : along.x,
+                             isVertical(edge) ? along.y + along.height - 1
+                                              : along.x + along.width - 1};
+        (edge == Edge::left    ? dock.strut.left
+         : edge == Edge::top   ? dock.strut.top
+         : edge == Edge::right ? dock.strut.right
+                               : dock.strut.bottom) = side;
+        docks.push_back(dock);
+    }
+    return docks;
+}
+
 std::optional<Edge> edgeOf(const Dock& dock, const PixelRect& monitor) {
     if (!overlap(dock.frame, monitor))
         return std::nullopt;

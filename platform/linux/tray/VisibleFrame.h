@@ -18,6 +18,12 @@ namespace noctra {
 [[nodiscard]] PixelRect visibleFrame(const PixelRect& monitor, const PixelRect& screen,
                                      const std::vector<Dock>& docks);
 
+/// What stands for the bars where a desktop draws them without windows of their own: one dock along
+/// each edge of `screen`, the whole X screen, of which `workArea` leaves out more than a line; as
+/// long as `monitor`, which is where bars are by habit, where that lies at the edge.
+[[nodiscard]] std::vector<Dock> barsAround(const PixelRect& workArea, const PixelRect& monitor,
+                                           const PixelRect& screen);
+
 /// At which edge of `monitor` the bar lies: where it reserves room, else where it is. Nothing where
 /// it is not on the monitor or away from the edges.
 [[nodiscard]] std::optional<Edge> edgeOf(const Dock& dock, const PixelRect& monitor);

@@ -29,6 +29,37 @@ constexpr Strut at(Edge edge, int size, int start, int end) {
     return {side(left), side(right), side(top), side(bottom)};
 }
 
+TEST(VisibleFrame, BarsWithoutWindowsAreWhatTheWorkAreaLeavesOut) {
+    struct Case {
+        const char* situation;
+        PixelRect area, monitor, screen;
+        std::vector<PixelRect> frames;
+    };
+    for (const Case& known :
+         {Case{"nothing", big, big, big, {}},
+          Case{"a hidden bar's line", {0, 1, 1920, 1079}, big, big, {}},
+          Case{"top of the first of two", {0, 27, 3200, 1053}, big, sideBySide, {{0, 0, 1920, 27}}},
+          Case{"left and bottom",
+               {40, 0, 1880, 1040},
+               big,
+               big,
+               {{0, 0, 40, 1080}, {0, 1040, 1920, 40}}},
+          Case{"bottom of another monitor than the first",
+               {0, 0, 1280, 1570},
+               upper,
+               stacked,
+               {{0, 1570, 1280, 30}}},
+          Case{"no area that could be", {5000, 900, 1, 1}, big, big, {}}}) {
+        const std::vector<Dock> docks = barsAround(known.area, known.monitor, known.screen);
+        std::vector<PixelRect> frames;
+        for (const Dock& dock : docks)
+            frames.push_back(dock.frame);
+        EXPECT_EQ(frames, known.frames) << known.situation;
+        const PixelRect free = known.frames.empty() ? known.screen : known.area;
+        EXPECT_EQ(visibleFrame(known.screen, known.screen, docks), free) << known.situation;
+    }
+}
+
 TEST(VisibleFrame, LeavesOutWhatADockReservesOnItsMonitor) {
     struct Case {
         const char* situation;
