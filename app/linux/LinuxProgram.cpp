@@ -28,6 +28,7 @@
 #include "platform/linux/SessionBusUrlChannel.h"
 #include "platform/linux/StandardOutput.h"
 #include "platform/linux/XConnection.h"
+#include "platform/linux/XSettings.h"
 #include "platform/linux/XdgLoginItem.h"
 #include "platform/linux/backlight/SysfsBacklight.h"
 #include "platform/linux/sessionbus/SessionBusLink.h"
@@ -79,6 +80,9 @@ void prepareQt(const DisplayService& displays, bool hasSessionBus) {
     qputenv("QT_QPA_PLATFORM", displays.windowSystem);
     // All that it draws has its own looks; a theme would load another toolkit for nothing.
     preset("QT_QPA_PLATFORMTHEME", "generic");
+    if (const int scale = unannouncedScale();
+        scale > 1 && !qEnvironmentVariableIsSet("QT_SCREEN_SCALE_FACTORS"))
+        preset("QT_SCALE_FACTOR", std::to_string(scale).c_str());
     // Without a bus Qt would try to start one, and on one that does not answer wait for it.
     if (!hasSessionBus)
         qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");

@@ -1,8 +1,11 @@
 #include "platform/linux/XSettings.h"
 
+#include <algorithm>
 #include <bit>
+#include <charconv>
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include <xcb/xcb.h>
 
@@ -14,6 +17,11 @@ namespace {
 
 // GTK's name for it, which the settings managers of other toolkits' desktops use as well.
 constexpr std::string_view animationsSetting = "Gtk/EnableAnimations";
+constexpr std::string_view scaleSetting = "Gdk/WindowScalingFactor";
+constexpr std::string_view dpiSetting = "Xft/DPI";
+constexpr int dpiUnits = 1024;   // of that setting, for one dot per inch
+constexpr int dpiOfAScale = 144; // what nobody chooses for larger letters alone; 96 is plain
+constexpr int largestScale = 4;
 // In units of 4 bytes. A manager's property has a few kilobytes.
 constexpr std::uint32_t largestProperty = 1U << 18;
 
@@ -69,12 +77,52 @@ private:
 
 enum SettingType : std::uint8_t { integerType = 0, stringType = 1, colorType = 2 };
 
-xcb_atom_t atom(xcb_connection_t* xcb, const std::string& name) {
-    const auto cookie =
-        xcb_intern_atom(xcb, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
-    const XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(xcb, cookie, nullptr));
-    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
-}
+/// A connection of its own to the X server that DISPLAY names, which may be broken.
+class Server {
+public:
+    [[nodiscard]] bool isBroken() const { return xcb_connection_has_error(xcb()) != 0; }
+    /// The settings manager's property; empty where there is none.
+    [[nodiscard]] std::vector<std::byte> settings() const {
+        if (isBroken())
+            return {};
+        const auto manager =
+            xcb_get_selection_owner(xcb(), atom("_XSETTINGS_S" + std::to_string(screen_)));
+        const XcbReply<xcb_get_selection_owner_reply_t> owner(
+            xcb_get_selection_owner_reply(xcb(), manager, nullptr));
+        const xcb_atom_t name = atom("_XSETTINGS_SETTINGS");
+        return owner && owner->owner != XCB_NONE ? property(owner->owner, name, name)
+                                                 : std::vector<std::byte>();
+    }
+    [[nodiscard]] xcb_window_t root() const {
+        auto screen = xcb_setup_roots_iterator(xcb_get_setup(xcb()));
+        for (int left = screen_; screen.rem > 1 && left > 0; --left)
+            xcb_screen_next(&screen);
+        return screen.data->root;
+    }
+    [[nodiscard]] std::vector<std::byte> property(xcb_window_t window, xcb_atom_t name,
+                                                  xcb_atom_t type) const {
+        const auto cookie = xcb_get_property(xcb(), 0, window, name, type, 0, largestProperty);
+        const XcbReply<xcb_get_property_reply_t> reply(
+            xcb_get_property_reply(xcb(), cookie, nullptr));
+        if (!reply)
+            return {};
+        const auto* bytes = static_cast<const std::byte*>(xcb_get_property_value(reply.get()));
+        return {bytes, bytes + xcb_get_property_value_length(reply.get())};
+    }
+
+private:
+    [[nodiscard]] xcb_connection_t* xcb() const { return connection_.get(); }
+    [[nodiscard]] xcb_atom_t atom(const std::string& name) const {
+        const auto cookie =
+            xcb_intern_atom(xcb(), 0, static_cast<std::uint16_t>(name.size()), name.c_str());
+        const XcbReply<xcb_intern_atom_reply_t> reply(
+            xcb_intern_atom_reply(xcb(), cookie, nullptr));
+        return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+    }
+
+    int screen_ = 0;
+    const XcbConnection connection_{xcb_connect(nullptr, &screen_)};
+};
 
 } // namespace
 
@@ -110,27 +158,39 @@ std::optional<std::int32_t> xsettingsInteger(std::span<const std::byte> property
     return std::nullopt;
 }
 
+std::optional<int> dpiInResources(std::string_view resources) {
+    constexpr std::string_view key = "Xft.dpi:";
+    while (!resources.empty()) {
+        std::string_view line = resources.substr(0, resources.find('\n'));
+        resources.remove_prefix(std::min(resources.size(), line.size() + 1));
+        if (!line.starts_with(key))
+            continue;
+        line.remove_prefix(key.size());
+        line.remove_prefix(std::min(line.size(), line.find_first_not_of(" \t")));
+        int dpi = 0;
+        if (std::from_chars(line.data(), line.data() + line.size(), dpi).ec == std::errc())
+            return dpi;
+    }
+    return std::nullopt;
+}
+
 bool XSettings::reducesMotion() const {
-    int screen = 0;
-    const XcbConnection connection(xcb_connect(nullptr, &screen));
-    xcb_connection_t* xcb = connection.get();
-    if (xcb_connection_has_error(xcb) != 0)
-        return false;
-    const auto manager =
-        xcb_get_selection_owner(xcb, atom(xcb, "_XSETTINGS_S" + std::to_string(screen)));
-    const XcbReply<xcb_get_selection_owner_reply_t> owner(
-        xcb_get_selection_owner_reply(xcb, manager, nullptr));
-    if (!owner || owner->owner == XCB_NONE)
-        return false;
-    const xcb_atom_t settings = atom(xcb, "_XSETTINGS_SETTINGS");
-    const auto cookie =
-        xcb_get_property(xcb, 0, owner->owner, settings, settings, 0, largestProperty);
-    const XcbReply<xcb_get_property_reply_t> property(xcb_get_property_reply(xcb, cookie, nullptr));
-    if (!property)
-        return false;
-    const auto* bytes = static_cast<const std::byte*>(xcb_get_property_value(property.get()));
-    const auto size = static_cast<std::size_t>(xcb_get_property_value_length(property.get()));
-    return xsettingsInteger({bytes, size}, animationsSetting) == 0;
+    const Server server;
+    return xsettingsInteger(server.settings(), animationsSetting) == 0;
+}
+
+int unannouncedScale() {
+    const Server server;
+    if (server.isBroken())
+        return 1;
+    const std::vector<std::byte> settings = server.settings();
+    const std::vector<std::byte> resources =
+        server.property(server.root(), XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING);
+    const std::string_view text(reinterpret_cast<const char*>(resources.data()), resources.size());
+    const int scale = xsettingsInteger(settings, scaleSetting).value_or(1);
+    const int dpi = std::max(xsettingsInteger(settings, dpiSetting).value_or(0) / dpiUnits,
+                             dpiInResources(text).value_or(0));
+    return dpi < dpiOfAScale && scale <= largestScale ? std::max(scale, 1) : 1;
 }
 
 } // namespace noctra

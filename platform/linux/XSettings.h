@@ -16,6 +16,13 @@ namespace noctra {
 [[nodiscard]] std::optional<std::int32_t> xsettingsInteger(std::span<const std::byte> property,
                                                            std::string_view name);
 
+/// The value of Xft.dpi among the X server's resources, one in a line; nothing where there is none.
+[[nodiscard]] std::optional<int> dpiInResources(std::string_view resources);
+
+/// The scale that the settings manager announces to GTK's programs alone, 1 to 4, as Xfce does; 1
+/// where the letters' size (Xft.dpi), by which Qt goes, tells a scale already.
+[[nodiscard]] int unannouncedScale();
+
 /// What the desktop's settings manager announces on the X server that DISPLAY names; GNOME, Xfce,
 /// MATE, Cinnamon and Plasma run one.
 class XSettings : public MotionPreference {

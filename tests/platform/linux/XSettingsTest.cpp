@@ -46,4 +46,11 @@ TEST(XSettings, AnIntegerIsFoundBehindSettingsOfAllKindsInBothByteOrders) {
     }
 }
 
+TEST(XSettings, DotsPerInchStandAmongOtherResources) {
+    EXPECT_EQ(dpiInResources("Xcursor.size:\t48\nXft.dpi:\t192\nXft.hinting:\t1\n"), 192);
+    EXPECT_EQ(dpiInResources("Xft.dpi: 96"), 96);
+    for (const char* without : {"", "\n", "Xft.dpi:", "Xft.dpi: many\n", "my.Xft.dpi: 192\n"})
+        EXPECT_EQ(dpiInResources(without), std::nullopt) << without;
+}
+
 } // namespace noctra
