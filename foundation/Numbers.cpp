@@ -10,13 +10,15 @@ namespace {
 
 template <typename Number>
 std::string shortest(Number value) {
-    // The longest fixed form is that of the smallest subnormal double: "-0." and 1074 digits.
-    std::array<char, 1100> buffer{};
-    const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                            std::chars_format::fixed);
-    static_cast<void>(error); // cannot fail: the buffer holds every value
+    const Number size = std::abs(value);
+    const bool isPlain = size == 0 || (size >= Number(1e-4) && size < Number(1e16));
+    std::array<char, 32> buffer{}; // holds every value
+    const auto [end, error] =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                      isPlain ? std::chars_format::fixed : std::chars_format::scientific);
+    static_cast<void>(error);
     std::string text(buffer.data(), end);
-    if (std::isfinite(value) && text.find('.') == std::string::npos)
+    if (isPlain && text.find('.') == std::string::npos)
         text += ".0";
     return text;
 }

@@ -1,6 +1,7 @@
 #include "panel/quick/QuickPanelWindow.h"
 
 #include <malloc.h>
+#include <string>
 
 #include <QtCore/QEvent>
 #include <QtGui/QGuiApplication>
@@ -19,6 +20,9 @@ namespace {
 
 const QUrl panelFile(QStringLiteral("qrc:/qt/qml/Noctra/Panel/PopoverRootView.qml"));
 
+// What Qt draws on has no palette: of fewer bits per pixel it would only complain, line by line.
+constexpr int leastDepth = 15;
+
 bool movesFocus(int key) {
     return key == Qt::Key_Tab || key == Qt::Key_Backtab;
 }
@@ -32,6 +36,12 @@ QuickPanelWindow::QuickPanelWindow(const PanelServices& services) : services_(se
 QuickPanelWindow::~QuickPanelWindow() = default;
 
 void QuickPanelWindow::show(const PanelPlace& place) {
+    if (const QScreen* const screen = QGuiApplication::primaryScreen();
+        screen != nullptr && screen->depth() < leastDepth) {
+        services_.log.log("ERROR: The panel cannot be drawn: the screen has " +
+                          std::to_string(screen->depth()) + " bits per pixel");
+        return;
+    }
     // A window that was shown before is not shown again: window managers have plans of their own
     // with one that they have hidden.
     if (view_ && !view_->isVisible())

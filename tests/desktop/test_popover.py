@@ -34,6 +34,14 @@ def test_it_is_as_high_as_the_screen_lets_it_and_follows_the_screen(desk, panel)
     assert desk.ends_cleanly(program)
 
 
+def test_without_a_display_it_is_as_high_as_can_be_hoped_for(desk, panel):
+    for output in "DUMMY0", "DUMMY1", "DUMMY2":
+        desk.xrandr("--output", output, "--off")
+    program = desk.start()
+    desk.command(program, "noctra://show")
+    assert [box[2:] for box in wait_until(panel.hands.windows)] == [(320, 516)]
+
+
 def test_without_a_tray_it_opens_in_the_corner_and_that_is_said_once(desk, panel):
     program = desk.start()
     assert program.says("Tray: none on this desktop")

@@ -18,9 +18,12 @@ TEST(Numbers, AreWrittenInTheirShortestDecimalFormWithAFraction) {
         {0.35, "0.35"},
         {0.1 + 0.2, "0.30000000000000004"},
         {100000.0, "100000.0"},
-        {1e-5, "0.00001"},
+        {0.0001, "0.0001"},
+        {-1e-5, "-1e-05"},
+        {1e-320, "1e-320"},
         {-2.5, "-2.5"},
-        {1e21, "1000000000000000000000.0"},
+        {9007199254740993.0, "9007199254740992.0"},
+        {1e21, "1e+21"},
         {std::numeric_limits<double>::quiet_NaN(), "nan"},
         {-std::numeric_limits<double>::infinity(), "-inf"}};
     for (const auto& [value, text] : cases)

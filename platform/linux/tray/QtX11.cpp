@@ -46,6 +46,10 @@ PixelRect wholeScreen(xcb_connection_t* connection) {
     return reply ? PixelRect{0, 0, reply->width, reply->height} : PixelRect{};
 }
 
+bool isMadeUp(const QScreen& screen) {
+    return screen.name().contains(QLatin1Char(':'));
+}
+
 PixelRect pixelsOf(const QScreen& screen) {
     const QRect points = screen.geometry();
     const double factor = screen.devicePixelRatio();

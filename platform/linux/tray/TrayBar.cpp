@@ -9,8 +9,7 @@ std::unique_ptr<StatusItem> TrayBar::makeItem() {
 }
 
 std::optional<double> TrayBar::mainVisibleScreenHeight() const {
-    const TraySurroundings nowhere({});
-    return nowhere.screen() != nullptr ? std::optional(nowhere.visibleHeight()) : std::nullopt;
+    return TraySurroundings({}).visibleHeight();
 }
 
 } // namespace noctra

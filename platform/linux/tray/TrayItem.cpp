@@ -223,8 +223,7 @@ TraySurroundings TrayItem::surroundings() const {
 }
 
 std::optional<double> TrayItem::visibleScreenHeight() const {
-    const TraySurroundings around = surroundings();
-    return around.screen() != nullptr ? std::optional(around.visibleHeight()) : std::nullopt;
+    return surroundings().visibleHeight();
 }
 
 } // namespace noctra

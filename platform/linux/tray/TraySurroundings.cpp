@@ -87,7 +87,9 @@ const Dock* TraySurroundings::hostsDock(std::uint32_t process) const {
     return best == docks_.end() ? nullptr : &*best;
 }
 
-double TraySurroundings::visibleHeight() const {
+std::optional<double> TraySurroundings::visibleHeight() const {
+    if (screen_ == nullptr || isMadeUp(*screen_))
+        return std::nullopt;
     const PixelRect visible =
         visibleFrame(pixelsOf(*screen_), wholeScreen(qtXConnection()), docks_);
     return visible.height / screen_->devicePixelRatio();

@@ -34,8 +34,8 @@ public:
 
     /// Null where there is no screen.
     [[nodiscard]] const QScreen* screen() const { return screen_; }
-    /// Of the screen, without what bars take; in points.
-    [[nodiscard]] double visibleHeight() const;
+    /// Of the screen, without what bars take; in points. Nothing where nobody can see the screen.
+    [[nodiscard]] std::optional<double> visibleHeight() const;
     /// Where a popover of this size belongs; in points. Needs a screen.
     [[nodiscard]] QRect popoverPlace(const QSize& size) const;
     /// The top left corner of that place to the pixel, which points do not always reach.
