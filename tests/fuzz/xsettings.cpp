@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "platform/linux/XSettings.h"
-#include "tests/fuzz/support/Input.h"
+#include "tests/fuzz/Fuzz.h"
 
 using namespace noctra;
 using fuzz::require;
