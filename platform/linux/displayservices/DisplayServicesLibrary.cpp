@@ -75,7 +75,10 @@ bool DisplayServicesLibrary::finish(std::chrono::milliseconds limit) {
     registry_.beginFinishing(Clock::now());
     // The worker may be busy with a slow monitor.
     panel_.advanceUnlessBusy(limit);
-    return registry_.awaitSettled(deadline);
+    const bool settled = registry_.awaitSettled(deadline);
+    // The process may end before the worker comes to it.
+    ownLevels_.save([this] { return registry_.levelsToKeep(); });
+    return settled;
 }
 
 } // namespace noctra::display_services

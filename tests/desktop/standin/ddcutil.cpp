@@ -5,10 +5,12 @@
 //   value                    of feature 0x10, brightness
 //   maximum                  100 where missing
 //   read-ms, write-ms        what a command takes
+//   applies-at-once          a value is there when its write begins, not when it ends
 //   fails-reads, fails-writes
 //   ignores-writes           and says that all is well
 //   reverts-ms               how long a written value lasts
 //   unplugged                cannot be opened; stays in the list
+//   asleep                   cannot be opened and is not listed
 //
 // and a file log: a line for each of "load", "redetect", "read 0", "write 0 100".
 
@@ -92,7 +94,7 @@ DDCA_Status ddca_get_display_info_list2(bool /*invalidToo*/, DDCA_Display_Info_L
     for (int number = 0; number < most; ++number) {
         Monitor& monitor = monitors[number];
         monitor.number = number;
-        if (!monitor.has("edid"))
+        if (!monitor.has("edid") || monitor.has("asleep"))
             continue;
         DDCA_Display_Info& info = found->info[found->ct++];
         std::ifstream(monitor.file("edid"), std::ios::binary)
@@ -115,7 +117,7 @@ void ddca_set_fout(FILE* /*file*/) {}
 
 DDCA_Status ddca_open_display2(DDCA_Display_Ref reference, bool /*wait*/,
                                DDCA_Display_Handle* handle) {
-    if (monitorOf(reference).has("unplugged"))
+    if (monitorOf(reference).has("unplugged") || monitorOf(reference).has("asleep"))
         return DDCRC_INVALID_DISPLAY;
     *handle = reference;
     return DDCRC_OK;
@@ -146,6 +148,8 @@ DDCA_Status ddca_set_non_table_vcp_value(DDCA_Display_Handle handle, DDCA_Vcp_Fe
     Monitor& monitor = monitorOf(handle);
     const int value = high << 8U | low;
     note("write " + std::to_string(monitor.number) + " " + std::to_string(value));
+    if (monitor.has("applies-at-once") && feature == brightness)
+        monitor.setValue(value);
     monitor.takeTime("write-ms");
     if (feature != brightness)
         return DDCRC_REPORTED_UNSUPPORTED;
