@@ -19,33 +19,6 @@ struct MenuBarTest : AppDelegateFixture {
 
 } // namespace
 
-TEST_F(MenuBarTest, TheIconFollowsTheFilter) {
-    launch();
-    const SimulatedStatusBar& bar = desktop.statusBar;
-    EXPECT_EQ(bar.imagesSet, 2) << "at once, and with the first value of the subscription";
-    struct Step {
-        bool enabled;
-        const char* path;
-        const char* line;
-    };
-    for (const Step& step :
-         {Step{true, "/icons/active.pdf", "Menu bar PDF loaded: active.pdf template=false"},
-          Step{false, "/icons/off.pdf", "Menu bar PDF loaded: off.pdf template=true"}}) {
-        desktop.log.messages.clear();
-        engine->isEnabled = step.enabled;
-        desktop.settle();
-        EXPECT_EQ(bar.pictureName(), step.path);
-        EXPECT_EQ(bar.image->isTemplate, !step.enabled);
-        EXPECT_EQ(bar.image->width, 18.0);
-        EXPECT_EQ(bar.image->height, 18.0);
-        EXPECT_EQ(desktop.log.count(step.line), 1U);
-    }
-    desktop.log.messages.clear();
-    engine->intensity = 0.3;
-    desktop.settle();
-    EXPECT_EQ(bar.imagesSet, 4) << "a fader is none of the icon's business";
-}
-
 TEST_F(MenuBarTest, ASymbolStandsInForAnIconThatIsMissingOrDamaged) {
     launch();
     SimulatedStatusBar& bar = desktop.statusBar;
@@ -111,26 +84,6 @@ TEST_F(MenuBarTest, LeftClicksOpenAndCloseThePopoverAndClicksElsewhereCloseIt) {
     EXPECT_TRUE(isShown());
     desktop.statusBar.callActionWithoutEvent();
     EXPECT_TRUE(isShown()) << "an action without an event does nothing";
-}
-
-TEST_F(MenuBarTest, ThePopoverIsAsHighAsTheScreenLetsIt) {
-    launch();
-    using Height = std::optional<double>;
-    struct Screen {
-        Height buttons;
-        Height main;
-        double expected;
-    };
-    for (const Screen& screen :
-         {Screen{1080.0, 400.0, 540.0}, Screen{564.0, {}, 540.0}, Screen{563.0, {}, 539.0},
-          Screen{500.0, {}, 476.0}, Screen{384.0, {}, 360.0}, Screen{350.0, {}, 360.0},
-          Screen{{}, 500.0, 476.0}, Screen{{}, {}, 516.0}}) {
-        desktop.statusBar.screenHeight = screen.buttons;
-        desktop.statusBar.mainScreenHeight = screen.main;
-        leftClick();
-        EXPECT_EQ(popover->height, screen.expected) << screen.buttons.value_or(-1);
-        leftClick();
-    }
 }
 
 TEST_F(MenuBarTest, ARightClickOffersToQuitAndNothingElse) {
@@ -199,40 +152,6 @@ TEST_F(MenuBarTest, AScreenChangeClosesThePopoverAndOpensItWhereItBelongsNow) {
     desktop.displayChanges.screenParametersChanged();
     owned.reset();
     desktop.advance(Seconds(1.0)); // nothing is left that could be shown
-}
-
-TEST_F(MenuBarTest, ShowOpensThePopoverAndNeverClosesIt) {
-    launch();
-    for (const bool hasButton : {true, false}) {
-        desktop.statusBar.hasButtons = hasButton;
-        popover->shown = false;
-        for (int i = 0; i < 2; ++i) {
-            desktop.log.messages.clear();
-            desktop.urls.handlers->open("noctra://show");
-            EXPECT_EQ(desktop.log.messages.back(), "Automation command applied: show");
-            EXPECT_EQ(isShown(), hasButton);
-        }
-    }
-    EXPECT_EQ(popover->showings, 1);
-}
-
-TEST_F(MenuBarTest, TheVeryFirstRunOpensThePopoverOnce) {
-    for (const bool hasButton : {true, false}) {
-        desktop.statusBar.hasButtons = hasButton;
-        desktop.preferences.store("hasShownFirstRunPopover", false);
-        delegate.applicationDidFinishLaunching();
-        EXPECT_THAT(desktop.preferences.savedKeys(), testing::Contains("hasShownFirstRunPopover"))
-            << "noted for good before anything is shown";
-        EXPECT_FALSE(isShown());
-        desktop.settle();
-        EXPECT_EQ(isShown(), hasButton);
-        EXPECT_EQ(desktop.eventMonitors.pressElsewhere(), hasButton ? 1 : 0);
-    }
-    desktop.preferences.store("hasShownFirstRunPopover", false);
-    desktop.process.setEnvironment("NOCTRA_MENUBAR_ICON_TEST", "1");
-    launch();
-    EXPECT_FALSE(desktop.preferences.boolForKey("hasShownFirstRunPopover"))
-        << "the icon test is nobody's first run";
 }
 
 TEST_F(MenuBarTest, RunsAllTheSameWhereThereIsNoItemOrNoPopover) {

@@ -83,13 +83,6 @@ TEST(AutomationCommand, TakesALongUrlUpToItsLimit) {
     EXPECT_FALSE(commandInUrl(start + std::string(longestUrl - start.size() + 1, 'x')));
 }
 
-TEST(AutomationCommand, MatchesItsRawValueExactly) {
-    EXPECT_EQ(automationCommand("toggle"), AutomationCommand::toggle);
-    for (const char* word : {"On", " on", "on ", "", "0"})
-        EXPECT_EQ(automationCommand(std::string_view(word)), std::nullopt) << word;
-    EXPECT_EQ(rawValue(AutomationCommand::show), "show");
-}
-
 TEST(CommandLine, KnowsUrlsAndTwoOptionsAndRefusesTheRest) {
     using Action = CommandLine::Action;
     const std::vector<std::pair<std::vector<std::string>, Action>> cases{

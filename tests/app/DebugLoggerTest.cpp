@@ -31,27 +31,6 @@ struct DebugLoggerTest : testing::Test {
 
 } // namespace
 
-TEST_F(DebugLoggerTest, BeginsWithThreeHeaderLinesAndEchoesEveryLine) {
-    DebugLogger log(desktop.wall, desktop.system, desktop.output);
-    EXPECT_EQ(desktop.output.lines,
-              (std::vector<std::string>{"[09:44:29.107] Noctra v2.23 initialized",
-                                        "[09:44:29.107] macOS Version 14.2 (Build 23C64)",
-                                        "[09:44:29.107] Screens: 2"}));
-}
-
-TEST_F(DebugLoggerTest, StampsLinesInLocalTimeWithTwentyFourHours) {
-    using namespace std::chrono;
-    desktop.wall.setZone(hours(-10) - minutes(30));
-    desktop.wall.set(sys_days{2026y / November / 17} + 9h + 35min + 9s + 4ms);
-    DebugLogger log(desktop.wall, desktop.system, desktop.output);
-    log.log("x");
-    EXPECT_EQ(desktop.output.lines.back(), "[23:05:09.004] x");
-    desktop.wall.set(sys_days{1969y / December / 31} + 23h + 59min + 59s + 999ms);
-    desktop.wall.setZone(minutes(0));
-    log.log(" unchanged ");
-    EXPECT_EQ(desktop.output.lines.back(), "[23:59:59.999]  unchanged ");
-}
-
 TEST_F(DebugLoggerTest, DropsTheOldestLineAtTheTwoHundredAndFirst) {
     DebugLogger log(desktop.wall, desktop.system, desktop.output);
     for (int i = 0; i < 196; ++i)

@@ -42,19 +42,6 @@ TEST(ColorTemperatureCurve, FollowsWarmthFromNeutralToPureRed) {
         EXPECT_EQ(ColorTemperatureCurve::normalizedRGB(warmest), (ChannelGains{1.0, 0.0, 0.0}));
 }
 
-TEST(ColorTemperatureCurve, IsMonotonousAndNeverJumps) {
-    ChannelGains last{1.0, 1.0, 1.0};
-    for (int step = 1; step <= 10000; ++step) {
-        const ChannelGains now = ColorTemperatureCurve::normalizedRGB(step / 10000.0);
-        EXPECT_EQ(now.r, 1.0) << step;
-        EXPECT_LE(now.g, last.g) << step;
-        EXPECT_LE(now.b, last.b) << step;
-        EXPECT_LT(last.g - now.g, 0.002) << step;
-        EXPECT_LT(last.b - now.b, 0.002) << step;
-        last = now;
-    }
-}
-
 TEST(GammaRamp, ScalesEachChannelByItsGainTimesTheBrightnessInOneRounding) {
     GammaTables captured = SimulatedDisplays::linearTables();
     captured.green[7] = 0.0F;

@@ -66,22 +66,6 @@ TEST_F(EngineDisplayChanges, KeepsTheOlderTablesOfADisplayWhoseFreshCaptureFails
     EXPECT_EQ(desktop.displays.tablesOf(1), filtered(calibratedTables(0.9F), 0.0, 0.5));
 }
 
-TEST_F(EngineDisplayChanges, ForgetsTheTablesOfADisplayThatDisconnected) {
-    startQuietly();
-    desktop.displays.detach(2);
-    changes().reconfigured(2, displayRemoved | displayAdded);
-    desktop.settle();
-    EXPECT_EQ(desktop.log.messages,
-              std::vector<std::string>{"Display 2 disconnected - cleaning up"});
-    engine->removeFilter(); // ordered behind the removal
-    desktop.displays.attach(2);
-    desktop.displays.forgetCalls();
-    engine->removeFilter();
-    EXPECT_EQ(writes(), 1U) << "display 1";
-    engine->applyFilter();
-    EXPECT_EQ(desktop.log.messages.back(), "Captured gamma for display 2");
-}
-
 TEST_F(EngineDisplayChanges, KeepsTheTablesOfADisplayThatIsBackBeforeItsGoingIsHeardOf) {
     startQuietly();
     engine->brightness = 0.5;
@@ -90,33 +74,6 @@ TEST_F(EngineDisplayChanges, KeepsTheTablesOfADisplayThatIsBackBeforeItsGoingIsH
     desktop.settle();
     engine->removeFilter(); // the program is about to end
     EXPECT_EQ(desktop.displays.tablesOf(2), calibratedTables(0.8F));
-}
-
-TEST_F(EngineDisplayChanges, OnlyLogsTheBeginningOfAReconfiguration) {
-    startQuietly();
-    changes().reconfigured(1, displayChangeBegins);
-    EXPECT_EQ(desktop.log.messages, std::vector<std::string>{"Display 1 configuration begin"});
-    desktop.advance(Seconds(2));
-    EXPECT_EQ(refreshes(), 0U);
-    changes().reconfigured(1, displayAdded);
-    desktop.settle();
-    EXPECT_EQ(desktop.log.messages.back(), "Display 1 connected");
-}
-
-TEST_F(EngineDisplayChanges, ReappliesTheFilterInTwoStepsAfterAWakeAndOnlyWhileItIsOn) {
-    startQuietly();
-    changes().woke();
-    desktop.advance(Seconds(5));
-    EXPECT_EQ(desktop.log.messages, std::vector<std::string>{"System woke from sleep"});
-
-    engine->isEnabled = true;
-    changes().woke();
-    desktop.advance(Seconds(1.64));
-    EXPECT_EQ(refreshes(), 0U);
-    desktop.advance(Seconds(0.02));
-    EXPECT_EQ(desktop.log.count("Refreshing displays (wake from sleep)"), 1U);
-    desktop.advance(Seconds(0.7));
-    EXPECT_EQ(desktop.log.count(settlePass), 1U);
 }
 
 TEST_F(EngineDisplayChanges, RefreshesWithTheFilterOffButAppliesNothing) {
@@ -148,20 +105,6 @@ TEST_F(EngineDisplayChanges, DropsASettlePassThatTurningOffOrANewerRequestHasOve
     EXPECT_EQ(desktop.log.count(settlePass), 0U);
     desktop.advance(Seconds(2));
     EXPECT_EQ(desktop.log.count(settlePass), 1U);
-}
-
-TEST_F(EngineDisplayChanges, DoesNothingForAnEngineThatIsGone) {
-    startQuietly();
-    engine->isEnabled = true;
-    changes().woke();
-    changes().reconfigured(1, displayAdded);
-    changes().screenParametersChanged();
-    engine.reset();
-    desktop.advance(Seconds(5));
-    changes().woke();
-    changes().reconfigured(1, displayAdded);
-    desktop.advance(Seconds(5));
-    EXPECT_EQ(refreshes(), 0U);
 }
 
 } // namespace noctra

@@ -22,12 +22,6 @@ TEST_F(EngineGamma, FiltersFromTheCapturedTablesAndPutsThemBackBitForBit) {
     EXPECT_EQ(desktop.displays.tablesOf(2), calibratedTables(0.8F));
 }
 
-TEST_F(EngineGamma, TakesAFilterOffThatAnEarlierRunLeftBehindBeforeItCaptures) {
-    desktop.displays.overwrite(1, filtered(calibratedTables(0.9F), 0.8, 0.3));
-    startQuietly();
-    EXPECT_EQ(desktop.displays.tablesOf(1), calibratedTables(0.9F));
-}
-
 TEST_F(EngineGamma, GoesOnWithoutADisplayThatCannotBeReadAndTriesItAgainEachTime) {
     desktop.displays.failReads(1, 1004);
     startQuietly();
@@ -58,43 +52,6 @@ TEST_F(EngineGamma, LogsADisplayThatRefusesItsTablesOnceUntilItTakesThemAgain) {
     desktop.displays.failWrites(1, 8);
     engine->isEnabled = true;
     EXPECT_EQ(desktop.log.count(line), 2U);
-}
-
-TEST_F(EngineGamma, CapturesADisplayThatAppearedWhenItFirstSeesIt) {
-    startQuietly();
-    desktop.displays.attach(3, calibratedTables(0.7F));
-    engine->isEnabled = true;
-    EXPECT_EQ(desktop.log.messages, std::vector<std::string>{"Captured gamma for display 3"});
-    engine->brightness = 0.4;
-    EXPECT_EQ(desktop.displays.tablesOf(3), filtered(calibratedTables(0.7F), 0.0, 0.4));
-    EXPECT_EQ(desktop.displays.count(Call::Kind::read), 1U) << "captured once";
-    EXPECT_EQ(desktop.displays.calls().front(), (Call{Call::Kind::read, 3}))
-        << "before anything is written: it may mirror a display that is filtered";
-    engine->isEnabled = false;
-    EXPECT_EQ(desktop.displays.tablesOf(3), calibratedTables(0.7F));
-}
-
-TEST_F(EngineGamma, LeavesADisplayAloneThatIsNotAttachedAndKeepsItsTables) {
-    startQuietly();
-    engine->isEnabled = true;
-    desktop.displays.detach(2);
-    desktop.displays.forgetCalls();
-    engine->removeFilter();
-    EXPECT_EQ(desktop.displays.calls(),
-              (std::vector<Call>{{Call::Kind::write, 1}, {Call::Kind::settle}}));
-    desktop.displays.attach(2);
-    engine->removeFilter();
-    EXPECT_EQ(desktop.displays.tablesOf(2), calibratedTables(0.8F));
-}
-
-TEST_F(EngineGamma, FillsUpADisplayThatReportsFewerSamplesWithZeros) {
-    desktop.displays.reportSamples(1, 64);
-    startQuietly();
-    engine->isEnabled = true;
-    const GammaTables& tables = desktop.displays.tablesOf(1);
-    EXPECT_EQ(tables.red[63], calibratedTables(0.9F).red[63]);
-    EXPECT_TRUE(std::all_of(tables.blue.begin() + 64, tables.blue.end(),
-                            [](float level) { return level == 0.0F; }));
 }
 
 TEST_F(EngineGamma, WaitsOnceHoweverManyDisplaysThereAre) {

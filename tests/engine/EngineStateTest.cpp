@@ -6,19 +6,6 @@ namespace noctra {
 
 using EngineState = EngineFixture;
 
-TEST_F(EngineState, StartsInAFixedOrderWithTheFilterOff) {
-    start();
-    EXPECT_EQ(desktop.log.messages,
-              (std::vector<std::string>{
-                  "ColorFilterManager init starting", "Captured gamma for display 1",
-                  "Captured gamma for display 2", "Captured gamma for 2 displays",
-                  "Init complete - intensity: 0.0, brightness: 1.0"}));
-    EXPECT_EQ(desktop.displays.calls().front(), (Call{Call::Kind::restoreCalibrated}));
-    EXPECT_FALSE(engine->isEnabled);
-    EXPECT_FALSE(engine->allowExtremeDim);
-    EXPECT_EQ(desktop.displays.tablesOf(1), calibratedTables(0.9F));
-}
-
 TEST_F(EngineState, LoadsWhatIsStoredClampedAndNeverTurnsTheFilterOn) {
     struct Case {
         double intensity, brightness;
@@ -45,32 +32,6 @@ TEST_F(EngineState, LoadsWhatIsStoredClampedAndNeverTurnsTheFilterOn) {
         EXPECT_FALSE(desktop.preferences.boolForKey("filterEnabled"));
         EXPECT_EQ(desktop.preferences.doubleForKey("filterBrightness"), c.expectedBrightness);
     }
-}
-
-TEST_F(EngineState, TakesABrightnessThatIsNoNumberForFullBrightness) {
-    desktop.preferences.store("filterBrightness", std::string("bright"));
-    desktop.preferences.store("filterIntensity", std::string("warm"));
-    start();
-    EXPECT_EQ(engine->brightness, 1.0);
-    EXPECT_EQ(engine->intensity, 0.0);
-}
-
-TEST_F(EngineState, ShowsAnOutOfRangeValueToObserversButRendersOnlyTheClampedOne) {
-    startQuietly();
-    engine->isEnabled = true;
-    desktop.displays.forgetCalls();
-    std::vector<double> seen;
-    const AnyCancellable token = engine->brightness.subscribe(
-        desktop.mainQueue, [&](double value) { seen.push_back(value); });
-    engine->brightness = 0.0;
-    desktop.settle();
-    EXPECT_EQ(seen, (std::vector<double>{1.0, 0.0, 0.1}));
-    EXPECT_EQ(writes(), 2U) << "one application to two displays";
-    EXPECT_EQ(desktop.displays.tablesOf(1), filtered(calibratedTables(0.9F), 0.0, 0.1));
-
-    engine->intensity = 7.0;
-    EXPECT_EQ(engine->intensity, 1.0);
-    EXPECT_EQ(writes(), 4U);
 }
 
 TEST_F(EngineState, RefusesNotANumberAndKeepsTheOldValue) {

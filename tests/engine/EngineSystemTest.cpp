@@ -42,35 +42,6 @@ TEST_F(EngineSystem, WarnsByTheBacklightWhereItIsKnownAndByTheSoftwareBrightness
     }
 }
 
-TEST_F(EngineSystem, AsksTheLibraryOnlyForABuiltInPanelThatTheSystemDoesNotKnow) {
-    desktop.online.ids = {7};
-    start();
-    desktop.advance(Seconds(5));
-    EXPECT_EQ(libraryLookUps, 0) << "no built-in panel";
-    desktop.online.builtIn = {7};
-    desktop.backlight.value = 0.5F;
-    desktop.advance(Seconds(5));
-    EXPECT_EQ(libraryLookUps, 0) << "the system knows its level";
-    desktop.backlight.value.reset();
-    desktop.displayServices.missing = {display_services::getBrightnessSymbol};
-    desktop.advance(Seconds(2));
-    EXPECT_EQ(libraryLookUps, 1);
-    EXPECT_FALSE(engine->hardwareBrightnessAvailable);
-}
-
-TEST_F(EngineSystem, LooksAtTheFirstSixteenDisplaysAndCopesWithoutTheirList) {
-    for (DisplayId display = 1; display <= 17; ++display)
-        desktop.online.ids.push_back(display);
-    desktop.online.builtIn = {17};
-    desktop.displayServices.displays[17] = {.brightness = 0.5F};
-    EXPECT_FALSE(start().hasBuiltInDisplay);
-    EXPECT_FALSE(engine->hardwareBrightnessAvailable);
-    desktop.online.builtIn = {16};
-    EXPECT_TRUE(start().hasBuiltInDisplay);
-    desktop.online.status = 1000;
-    EXPECT_FALSE(start().hasBuiltInDisplay);
-}
-
 TEST_F(EngineSystem, PollsTheBacklightEveryTwoSecondsAndAnnouncesEveryPoll) {
     desktop.backlight.value = 0.5F;
     startQuietly(); // one second has passed
@@ -99,29 +70,6 @@ TEST_F(EngineSystem, AssertsTheLoginItemAgainAtEveryStart) {
         EXPECT_EQ(desktop.loginItem.calls,
                   std::vector<std::string>{enabled ? "register" : "unregister"});
     }
-}
-
-TEST_F(EngineSystem, KeepsTheUsersChoiceWhenTheSystemRefusesIt) {
-    startQuietly();
-    desktop.loginItem.error = "not permitted (1)";
-    engine->startAtLogin = true;
-    EXPECT_TRUE(engine->startAtLogin);
-    EXPECT_EQ(desktop.log.messages,
-              std::vector<std::string>{"Login item error: not permitted (1)"});
-}
-
-TEST_F(EngineSystem, DoesWithoutServicesThatTheDesktopDoesNotHave) {
-    ColorFilterManager bare({.log = desktop.log,
-                             .mainQueue = desktop.mainQueue,
-                             .displays = desktop.displays,
-                             .preferences = desktop.preferences,
-                             .process = desktop.process});
-    bare.startAtLogin = true;
-    desktop.advance(Seconds(5));
-    EXPECT_TRUE(bare.startAtLogin) << "the switch shows the choice; nothing is registered";
-    EXPECT_FALSE(bare.hasBuiltInDisplay);
-    EXPECT_FALSE(bare.hardwareBrightnessAvailable);
-    EXPECT_EQ(bare.hardwareBrightness, 1.0F);
 }
 
 } // namespace noctra

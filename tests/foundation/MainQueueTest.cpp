@@ -35,24 +35,6 @@ TEST_F(MainQueueTest, RunsWorkInTheOrderOfItsDueTimeThenOfSubmission) {
     EXPECT_EQ(queue.pendingCount(), 0U);
 }
 
-TEST_F(MainQueueTest, TakesWorkFromOtherThreads) {
-    std::thread([&] { queue.async(note('a')); }).join();
-    EXPECT_EQ(ran, "");
-    desktop.settle();
-    EXPECT_EQ(ran, "a");
-}
-
-TEST_F(MainQueueTest, LetsTheLoopTurnBetweenWorkAndTheWorkThatItSubmits) {
-    queue.async([&] {
-        note('a')();
-        queue.async(note('b'));
-    });
-    queue.runDue();
-    EXPECT_EQ(ran, "a");
-    queue.runDue();
-    EXPECT_EQ(ran, "ab");
-}
-
 TEST_F(MainQueueTest, RunsAWorkItemOnceAfterTheLastOfABurst) {
     WorkItem item(queue, note('x'));
     for (int i = 0; i < 10; ++i) {
@@ -105,13 +87,6 @@ TEST_F(MainQueueTest, MakesUpForMissedTicksWithOneAndKeepsTheBeat) {
     EXPECT_EQ(ticks, 1);
     desktop.advance(Seconds(0.6)); // 8.1 s: the beat of 2 s is kept
     EXPECT_EQ(ticks, 2);
-}
-
-TEST_F(MainQueueTest, MeasuresDelaysOnTheSteadyClockWhenTheWallClockIsSet) {
-    queue.asyncAfter(Seconds(1), note('x'));
-    desktop.wall.set(desktop.wall.now() + std::chrono::hours(5));
-    desktop.settle();
-    EXPECT_EQ(ran, "");
 }
 
 } // namespace noctra

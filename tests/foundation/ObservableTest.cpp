@@ -60,18 +60,6 @@ TEST_F(ObservableTest, DeliversNothingMoreOnceTheTokenIsDroppedNotEvenWhatWasUnd
     EXPECT_TRUE(seen.empty());
 }
 
-TEST_F(ObservableTest, LeavesEverythingAsItIsWhenAValueIsTurnedDown) {
-    const AnyCancellable token = subscribe();
-    int announced = 0;
-    const AnyCancellable willChange = thermostat.onWillChange([&] { ++announced; });
-    thermostat.target = 13;
-    desktop.settle();
-    EXPECT_EQ(thermostat.target, 20);
-    EXPECT_EQ(announced, 0);
-    EXPECT_EQ(thermostat.actions, "");
-    EXPECT_EQ(seen, std::vector<int>{20});
-}
-
 TEST_F(ObservableTest, LetsListenersComeAndGoWhileTheyAreCalled) {
     AnyCancellable second;
     AnyCancellable late;

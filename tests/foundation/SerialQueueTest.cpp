@@ -10,13 +10,6 @@
 
 namespace noctra {
 
-TEST(SerialQueue, RunsSynchronousWorkOnTheCallersThreadBeforeItReturns) {
-    SerialQueue queue("test");
-    std::thread::id ranOn;
-    queue.sync([&] { ranOn = std::this_thread::get_id(); });
-    EXPECT_EQ(ranOn, std::this_thread::get_id());
-}
-
 TEST(SerialQueue, KeepsTheOrderOfSubmissionAcrossSyncAndAsync) {
     SerialQueue queue("test");
     std::vector<int> order;
@@ -50,22 +43,6 @@ TEST(SerialQueue, NeverRunsTwoPiecesOfWorkAtOnce) {
     EXPECT_EQ(total, 2000);
 }
 
-TEST(SerialQueue, WaitsForAPieceThatIsUnderWayOnAnotherThread) {
-    SerialQueue queue("test");
-    std::promise<void> started;
-    std::promise<void> finish;
-    bool finished = false;
-    queue.async([&] {
-        started.set_value();
-        finish.get_future().wait();
-        finished = true;
-    });
-    started.get_future().wait();
-    std::thread waiter([&] { queue.sync([&] { EXPECT_TRUE(finished); }); });
-    finish.set_value();
-    waiter.join();
-}
-
 TEST(SerialQueue, FinishesItsWorkBeforeItIsDestroyedAlsoWorkThatWorkSubmitted) {
     int ran = 0;
     {
@@ -75,16 +52,6 @@ TEST(SerialQueue, FinishesItsWorkBeforeItIsDestroyedAlsoWorkThatWorkSubmitted) {
         queue.async([&] { queue.async([&] { ran += 100; }); });
     }
     EXPECT_EQ(ran, 150);
-}
-
-TEST(SerialQueueDeathTest, StopsTheProcessWhenWorkWaitsForItself) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_DEATH(
-        {
-            SerialQueue queue("com.example.queue");
-            queue.sync([&] { queue.sync([] {}); });
-        },
-        "sync on queue com.example.queue from inside its own work");
 }
 
 } // namespace noctra

@@ -60,42 +60,6 @@ struct FaderTest : testing::Test {
 
 } // namespace
 
-TEST_F(FaderTest, LaysItsLayersOut) {
-    EXPECT_EQ(fader->trackHeight, 160.0);
-    EXPECT_EQ(fader->trackLayer->frame(), (Rect{63.5, 15, 14, 170}));
-    EXPECT_EQ(fader->trackInnerLayer->frame(), (Rect{66.5, 20, 8, 160}));
-    EXPECT_EQ(fader->fillLayer->frame(), (Rect{66.5, 20, 8, 80}));
-    EXPECT_EQ(fader->capLayer->frame(), (Rect{44.5, 92, 52, 28}));
-    EXPECT_EQ(fader->gripLayer->frame(), (Rect{14, 12.5, 24, 3}));
-    ASSERT_EQ(fader->tickLayers.size(), 22U);
-    EXPECT_EQ(fader->tickLayers[0]->frame(), (Rect{8, 179, 20, 2})) << "value 1";
-    EXPECT_EQ(fader->tickLayers[1]->frame(), (Rect{113, 179, 20, 2}));
-    EXPECT_EQ(fader->tickLayers[2]->frame(), (Rect{8, 163.5, 10, 1}));
-    EXPECT_EQ(fader->tickLayers[3]->frame(), (Rect{123, 163.5, 10, 1}));
-    EXPECT_EQ(fader->tickLayers[20]->frame(), (Rect{8, 19, 20, 2})) << "value 0";
-    EXPECT_EQ(fader->layer()->bounds(), (Rect{0, 0, 141, 200}));
-}
-
-TEST_F(FaderTest, ShowsByItsColoursWhetherItIsEnabledAndMovesAllTheSame) {
-    for (const bool enabled : {true, false}) {
-        slider.isEnabled = enabled;
-        slider.updateNSView(*fader);
-        EXPECT_EQ(fader->fillLayer->looks().backgroundColor,
-                  enabled ? accent.withAlpha(0.8) : colors::white.withAlpha(0.1));
-        EXPECT_EQ(fader->gripLayer->looks().backgroundColor, accent.withAlpha(enabled ? 0.9 : 0.3));
-    }
-    press(0);
-    dragTo(16);
-    EXPECT_DOUBLE_EQ(fader->currentValue, 0.6);
-}
-
-TEST_F(FaderTest, ReportsAClickAsADragWithoutMovement) {
-    press(700);
-    fader->mouseUp();
-    EXPECT_EQ(heard, "") << "never from inside the mouse handler";
-    EXPECT_EQ(takeHeard(), "down 0.5 up 0.5 ");
-}
-
 TEST_F(FaderTest, FollowsThePointerFromWhereTheDragBeganAndStopsAtTheEnds) {
     element.minimumValue = 0.1;
     make();
@@ -120,25 +84,6 @@ TEST_F(FaderTest, WritesEachStepOnALaterTurnOfTheMainQueueAndInOrder) {
     fader->cancelDrag();
     EXPECT_EQ(takeHeard(), "down 0.5 0.6 0.7 up 0.7 ");
     EXPECT_FALSE(fader->isDragging);
-}
-
-TEST_F(FaderTest, DeliversWhatIsPendingWhenItGoes) {
-    press(0);
-    dragTo(16);
-    fader.reset();
-    EXPECT_EQ(takeHeard(), "down 0.5 0.6 ");
-}
-
-TEST_F(FaderTest, TakesAStepFromTheLastOneAlsoWhereARenderCameBetween) {
-    for (const double wanted : {0.6, 0.7, 0.8}) {
-        fader->setValueByUser(fader->latestValue() + 0.1, false);
-        slider.updateNSView(*fader); // from before the step has arrived
-        EXPECT_DOUBLE_EQ(fader->latestValue(), wanted);
-    }
-    EXPECT_EQ(takeHeard(), "0.6 0.6 0.7 0.7 0.8 0.8 ");
-    EXPECT_DOUBLE_EQ(fader->latestValue(), 0.8) << "before the next render";
-    element.value.set(0.2);
-    EXPECT_EQ(fader->latestValue(), 0.2);
 }
 
 TEST_F(FaderTest, KeysAndWheelLeaveNoHundredthOutAndReachTheEnds) {
@@ -210,15 +155,6 @@ TEST_F(FaderTest, ShowsTheBindingWithinTheBoundsAndWritesNothing) {
         EXPECT_EQ(fader->minimumValue, minimum);
     }
     EXPECT_EQ(takeHeard(), "");
-}
-
-TEST_F(FaderTest, IgnoresTheBindingWhileTheUserDrags) {
-    press(0);
-    bound = 0.9;
-    slider.accentColor = colors::white;
-    slider.updateNSView(*fader);
-    EXPECT_EQ(fader->currentValue, 0.5);
-    EXPECT_EQ(fader->gripLayer->looks().backgroundColor, colors::white.withAlpha(0.9));
 }
 
 TEST_F(FaderTest, GlidesToChangesFromOutsideThatAreGreaterThanAHundredth) {

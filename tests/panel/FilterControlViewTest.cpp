@@ -178,17 +178,4 @@ TEST_F(ControlPanel, ACopyHoldsTheLogAsItWasAndEachConfirmationEndsAtItsOwnTime)
     desktop.advance(Seconds(2)); // the second copy's
 }
 
-TEST_F(ControlPanel, TheEmergencyStopIsANormalTermination) {
-    view->toggleSettings();
-    view->settings()->emergencyStop();
-    EXPECT_EQ(desktop.application.terminatedWith, 0);
-}
-
-TEST_F(ControlPanel, OpeningItRenewsWhatIsKnownOfTheDisplays) {
-    controllable = true; // a slow monitor has answered
-    EXPECT_FALSE(view->statusRow().showsToggleRow());
-    view = std::make_unique<FilterControlView>(services, [] {});
-    EXPECT_TRUE(view->statusRow().showsToggleRow());
-}
-
 } // namespace noctra

@@ -41,48 +41,6 @@ struct LayerTest : testing::Test, LayerHost {
 
 } // namespace
 
-TEST_F(LayerTest, TellsTheHostWhatHasChangedAndOnlyThen) {
-    layer->setFrame({0, 0, 10, 20});
-    layer->setFrame({0, 0, 10, 20});
-    layer->setBackgroundColor(colors::white);
-    layer->setLooks({.backgroundColor = colors::white});
-    layer->setLooks({.backgroundColor = colors::white, .cornerRadius = 2});
-    EXPECT_EQ(heard, "layer:g layer:l layer:l ");
-    heard.clear();
-    layer->addSublayer(std::make_shared<Layer>());
-    layer->sublayers()[0]->removeFromSuperlayer();
-    layer->removeFromSuperlayer();
-    layer->setFrame({});
-    EXPECT_EQ(heard, "layer:t layer:t root:t ");
-}
-
-TEST_F(LayerTest, StacksWhatIsInsertedWhereItIsToldTo) {
-    const auto second = std::make_shared<Layer>();
-    const auto third = std::make_shared<Layer>();
-    root->insertSublayer(second, 0);
-    root->insertSublayer(third, 99);
-    root->addSublayer(second);
-    EXPECT_EQ(root->sublayers(), (std::vector{layer, third, second}));
-    root.reset();
-    EXPECT_EQ(third->superlayer(), nullptr);
-}
-
-TEST_F(LayerTest, IsThereAtOnceWithoutATransactionOrWithActionsDisabled) {
-    glideTo({0, 10, 10, 10});
-    pass(0.5);
-    layer->setFrame({0, 2, 10, 10});
-    EXPECT_EQ(shownY(), 2);
-    LayerTransaction transaction(*root, clock);
-    {
-        LayerTransaction inner(*root, clock);
-        inner.setDisableActions(true);
-        layer->setFrame({0, 3, 10, 10});
-        EXPECT_FALSE(layer->isGliding(clock.now()));
-    }
-    layer->setFrame({0, 4, 10, 10});
-    EXPECT_TRUE(layer->isGliding(clock.now())) << "the outer transaction decides again";
-}
-
 TEST_F(LayerTest, GlidesFromWhatIsShownAlsoInTheMiddleOfAGlide) {
     glideTo({0, 10, 10, 30});
     EXPECT_EQ(shownY(), 0);

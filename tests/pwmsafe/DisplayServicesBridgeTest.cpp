@@ -41,38 +41,6 @@ TEST(DisplayServicesBridgeTest, OpensTheLibraryLazilyOnceAndLooksEachFunctionUpO
     }
 }
 
-TEST(DisplayServicesBridgeTest, LacksWhatTheSystemLacksAndNeverAsksAgain) {
-    SimulatedDisplayServices library;
-    library.missing = {setBrightnessSmoothSymbol};
-    const DisplayServicesBridge bridge(library);
-    EXPECT_EQ(readAll(bridge, 0), 4U);
-    EXPECT_EQ(bridge.setBrightnessSmooth(), nullptr);
-    library.missing.clear();
-    EXPECT_EQ(bridge.setBrightnessSmooth(), nullptr);
-    EXPECT_EQ(
-        std::count(library.lookedUp.begin(), library.lookedUp.end(), setBrightnessSmoothSymbol), 1);
-
-    library.present = false;
-    library.lookedUp.clear();
-    const DisplayServicesBridge without(library);
-    EXPECT_EQ(readAll(without, 0), 0U);
-    library.present = true;
-    EXPECT_EQ(readAll(without, 0), 0U);
-    EXPECT_EQ(library.opened.size(), 2U) << "one for each bridge";
-    EXPECT_TRUE(library.lookedUp.empty());
-}
-
-TEST(DisplayServicesBridgeTest, OpensOnceWhenThreadsReadItForTheFirstTimeTogether) {
-    SimulatedDisplayServices library;
-    const DisplayServicesBridge bridge(library);
-    std::vector<std::jthread> threads;
-    for (int i = 0; i < 4; ++i)
-        threads.emplace_back([&] { EXPECT_NE(bridge.getBrightness(), nullptr); });
-    threads.clear();
-    EXPECT_EQ(library.opened.size(), 1U);
-    EXPECT_EQ(library.lookedUp.size(), 1U);
-}
-
 } // namespace
 
 } // namespace noctra

@@ -102,18 +102,6 @@ TEST_F(PwmSafe, StaysInertForGoodWithoutAUsableLibrary) {
     }
 }
 
-TEST_F(PwmSafe, SwitchesAmbientLightOffAtStartAndNothingElse) {
-    start();
-    EXPECT_TRUE(manager->hasControllableDisplay);
-    desktop.advance(Seconds(20));
-    EXPECT_EQ(calls, ambientLightOff);
-    EXPECT_EQ(
-        log, (Lines{"PwmSafeManager init - DisplayServices available: true",
-                    "PWM-Safe ALC disabled for display 5", "PWM-Safe ALC disabled for display 3"}));
-    EXPECT_FALSE(manager->isEnabled);
-    EXPECT_TRUE(desktop.preferences.writtenKeys().empty());
-}
-
 TEST_F(PwmSafe, LocksVerifiesAndPutsBack) {
     startEnabled();
     EXPECT_EQ(calls, (std::vector<Call>{monitorFull, panelFull}));
@@ -160,20 +148,6 @@ TEST_F(PwmSafe, TogglesBackByItselfWhereItCannotBeHad) {
         EXPECT_TRUE(calls.empty());
         EXPECT_EQ(desktop.mainQueue.pendingCount(), 0U);
     }
-}
-
-TEST_F(PwmSafe, LocksADisplayItCannotReadButNeitherRecordsNorChecksIt) {
-    displays[3].readStatus = -5;
-    startEnabled();
-    EXPECT_EQ(calls, (std::vector<Call>{monitorFull, panelFull}));
-    EXPECT_EQ(log, Lines{"PWM-Safe enabled - locked 1 display(s) at 100%"});
-    displays[3] = {.brightness = 0.2F};
-    desktop.advance(Seconds(11));
-    EXPECT_TRUE(manager->verified);
-    EXPECT_EQ(calls.size(), 2U);
-    manager->isEnabled = false;
-    EXPECT_EQ(calls.back(), monitorBack);
-    EXPECT_EQ(calls.size(), 3U);
 }
 
 TEST_F(PwmSafe, RevertsWhenADisplayDoesNotReachFullBrightness) {
@@ -241,18 +215,6 @@ TEST_F(PwmSafe, ReassertsAfterDisplayChangesAndWakingAtMostOnceASecond) {
     EXPECT_EQ(calls, (std::vector<Call>{monitorFull, panelFull}));
 }
 
-TEST_F(PwmSafe, TakesInADisplayThatComesWhileItIsOnWithARecordOfItsOwn) {
-    startLocked();
-    displays[7] = {.brightness = 0.7F};
-    desktop.online.ids.push_back(7);
-    desktop.displayChanges.screenParametersChanged();
-    desktop.advance(Seconds(2));
-    EXPECT_EQ(displays[7].brightness, 1.0F);
-    EXPECT_FALSE(displays[7].ambientLight);
-    manager->isEnabled = false;
-    EXPECT_EQ(displays[7].brightness, 0.7F);
-}
-
 TEST_F(PwmSafe, FollowsDisplaysWhileItIsOffWithoutTouchingTheirBrightness) {
     start();
     forget();
@@ -272,16 +234,6 @@ TEST_F(PwmSafe, FollowsDisplaysWhileItIsOffWithoutTouchingTheirBrightness) {
     desktop.online.status = 1000;
     desktop.displayChanges.screenParametersChanged();
     EXPECT_FALSE(manager->hasControllableDisplay);
-}
-
-TEST_F(PwmSafe, ConsidersSixteenDisplays) {
-    desktop.online.ids.clear();
-    for (DisplayId display = 1; display <= 17; ++display) {
-        desktop.online.ids.push_back(display);
-        displays[display] = {};
-    }
-    startEnabled();
-    EXPECT_EQ(calls.size(), 16U);
 }
 
 TEST_F(PwmSafe, ComesBackAtTheNextStartOrWhenADisplayCanBeChanged) {
@@ -368,15 +320,6 @@ TEST_F(PwmSafe, PutsEverythingBackAtTheEndWhateverItsState) {
         EXPECT_TRUE(displays[3].ambientLight);
         desktop.preferences.store("pwmSafeMode", false);
     }
-}
-
-TEST_F(PwmSafe, RestoresWhatItCanWhereFunctionsAreMissing) {
-    desktop.displayServices.missing = {enableALCSymbol, setBrightnessSmoothSymbol};
-    startEnabled();
-    EXPECT_EQ(calls.front(), (Call{Call::Kind::set, 5, 1.0F})) << "the plain setter stands in";
-    manager->restoreOnExit();
-    EXPECT_EQ(calls.back(), monitorBack);
-    EXPECT_EQ(log.back(), "PWM-Safe restoreOnExit - restored 2 display(s)");
 }
 
 } // namespace noctra

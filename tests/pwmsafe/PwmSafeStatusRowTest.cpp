@@ -160,26 +160,4 @@ TEST_F(PwmSafeRow, EverythingThatTakesTheWarningAwayEndsTheHovering) {
     }
 }
 
-TEST_F(PwmSafeRow, AShowingThatWasAskedForIsVoidOnceTheWarningHasVanished) {
-    PwmSafeStatusRow& shown = showWarning();
-    shown.hoverWarning(true);
-    desktop.backlight.value = 1.0F;
-    desktop.advance(Seconds(0.3));
-    engine.brightness = 1.0;
-    setBacklight(1.0F);
-    setBacklight(0.6F);
-    shown.hoverWarning(false);
-    desktop.advance(Seconds(1));
-    EXPECT_FALSE(shown.isTooltipShown());
-    EXPECT_EQ(desktop.cursor.pushes, desktop.cursor.pops);
-}
-
-TEST_F(PwmSafeRow, AnInvisibleWarningIgnoresThePointer) {
-    PwmSafeStatusRow& shown = show();
-    shown.hoverWarning(true);
-    desktop.advance(Seconds(1));
-    EXPECT_FALSE(shown.isTooltipShown());
-    EXPECT_EQ(desktop.cursor.pushes, 0);
-}
-
 } // namespace noctra

@@ -84,56 +84,6 @@ TEST_F(PanelBindings, ChangesFromOutsideShowAtOnceButTheFadersGlide) {
     EXPECT_LE(distance(power(), powerAt(0.0)), 1.6);
 }
 
-TEST_F(PanelBindings, PressesMoveTheSwitchsColoursLikeDampedSprings) {
-    engine.intensity = 0.0;
-    open();
-    struct Press {
-        QString control;
-        bool on;
-        DampedOscillator spring;
-    };
-    for (const auto& [control, on, spring] : std::vector<Press>{{"power", true, {0.3, 0.6}},
-                                                                {"power", false, {0.3, 0.6}},
-                                                                {"EVENING", true, {0.5, 1.0}}}) {
-        click(control);
-        EXPECT_EQ(engine.isEnabled, on);
-        double passed = 0.0;
-        for (const double time : {0.0, 0.03, 0.08, 0.15, 0.2, 0.25, 0.4, 0.6}) {
-            advance(Seconds(time - passed));
-            passed = time;
-            const double way = 1.0 - spring.offset(time, 1.0, 0.0);
-            EXPECT_LE(distance(power(), powerAt(on ? way : 1.0 - way)), 2.0)
-                << control.toStdString() << ' ' << on << ' ' << time;
-        }
-        advance(Seconds(2));
-        EXPECT_LE(distance(power(), powerAt(on ? 1.0 : 0.0)), 1.6);
-    }
-}
-
-TEST_F(PanelBindings, APresetsHighlightFadesAndTheFaderGlidesEasingOut) {
-    engine.intensity = 0.0;
-    open();
-    const auto fill = [](double level) {
-        return Color::grey(0.1 + 0.125 * level);
-    };
-    EXPECT_LE(distance(preset("NIGHT"), fill(0)), 2.0);
-    click("NIGHT");
-    double passed = 0.0;
-    for (const double time : {0.0, 0.02, 0.06, 0.1, 0.14, 0.2, 0.25, 0.3}) {
-        advance(Seconds(time - passed));
-        passed = time;
-        EXPECT_LE(distance(preset("NIGHT"), fill(timing::easeOut(time / 0.25))), 2.0) << time;
-        EXPECT_NEAR(cap("WARMTH"), timing::easeOut(time / 0.18), pixel) << time;
-        EXPECT_NEAR(cap("BRIGHTNESS"), 1.0 - 0.3 * timing::easeOut(time / 0.18), pixel) << time;
-    }
-    engine.intensity = 0.992;
-    settle();
-    EXPECT_NEAR(cap("WARMTH"), 0.992, pixel) << "so little is not worth a glide";
-    engine.intensity = 0.981;
-    settle();
-    EXPECT_NEAR(cap("WARMTH"), 0.992, pixel);
-}
-
 TEST_F(PanelBindings, WordsCrossFadeWhereTheirChangesAnimate) {
     setControllable(true);
     open();

@@ -165,19 +165,4 @@ TEST_F(PanelFocus, EscapeClosesTheSheetFirstAndThenThePanelWithAllThatIsInIt) {
     EXPECT_EQ(find("settings"), nullptr);
 }
 
-TEST_F(PanelFocus, ThePanelClosesWhileAFaderIsHeld) {
-    open();
-    const QPoint start = box("WARMTH").center().toPoint();
-    press(start);
-    move(start - QPoint(0, 20));
-    const double held = engine.intensity;
-    window()->close();
-    settle();
-    EXPECT_EQ(window(), nullptr);
-    advance(Seconds(1));
-    EXPECT_EQ(engine.intensity, held);
-    open();
-    EXPECT_EQ(engine.intensity, held);
-}
-
 } // namespace noctra

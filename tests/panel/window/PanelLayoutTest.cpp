@@ -214,22 +214,4 @@ TEST_F(PanelLayout, AWarningHasItsTooltipAboveIt) {
     EXPECT_GT(glow.red(), glow.blue() + 4) << "the yellow shadow";
 }
 
-TEST_F(PanelLayout, ScrolledItLooksAsItDoesInFull) {
-    engine.intensity = 0.4;
-    open();
-    const QImage full = grab();
-    const double scale = window()->effectiveDevicePixelRatio();
-    panel->close();
-    settle();
-    open(400);
-    wheel({6, 200}, -29); // 11.6 points, which end between two pixels
-    const QImage part = grab();
-    const int down = qRound(11.6 * scale);
-    int others = 0; // an edge in the middle of a pixel may go either way, and letters with it
-    for (int y = 1; y < part.height() - 1; ++y) // but for its own edge
-        for (int x = 0; x < qRound(306 * scale); ++x)
-            others += part.pixel(x, y) != full.pixel(x, y + down) ? 1 : 0;
-    EXPECT_LT(others, part.width() * part.height() * 0.003);
-}
-
 } // namespace noctra

@@ -83,31 +83,6 @@ TEST_F(PanelPointer, AButtonIsPressedByTheLeftButtonReleasedOverIt) {
     }
 }
 
-TEST_F(PanelPointer, AFaderIsDraggedAlsoBeyondTheWindow) {
-    engine.intensity = 0.5;
-    open();
-    const QPoint start = box("WARMTH").center().toPoint();
-    const double before = engine.intensity;
-    click(start, Qt::RightButton);
-    press(start, Qt::RightButton);
-    move(start - QPoint(0, 30));
-    release(start - QPoint(0, 30), Qt::RightButton);
-    EXPECT_EQ(engine.intensity, before);
-
-    press(start);
-    move(start - QPoint(300, 90));
-    EXPECT_NEAR(engine.intensity, 1.0, 1e-9);
-    move(start + QPoint(600, 900));
-    EXPECT_EQ(engine.intensity, 0.0);
-    move(start + QPoint(600, -35));
-    EXPECT_NEAR(engine.intensity, 0.5 + 35.0 / slot(), 1e-9);
-    release(start + QPoint(600, -35));
-    move(start);
-    EXPECT_NEAR(engine.intensity, 0.5 + 35.0 / slot(), 1e-9) << "released";
-    wheel(start, -120);
-    EXPECT_LT(engine.intensity, 0.5 + 35.0 / slot());
-}
-
 TEST_F(PanelPointer, TheWarningsTooltipStaysOpenUnderThePointerAndLetsNothingThrough) {
     setBacklight(0.1F);
     engine.intensity = 0.5;

@@ -170,27 +170,4 @@ TEST_F(PanelScroll, AFingerScrollsMovesFadersAndPressesButtons) {
     }
 }
 
-TEST_F(PanelScroll, ShownAgainItIsPutWhereItBelongsAndCloseIsOnlyAskedFor) {
-    open(shortest);
-    turn(ground, -9);
-    const QWindow* const first = window();
-    panel->show({40, 30, 320, 500});
-    settle();
-    EXPECT_EQ(window(), first);
-    EXPECT_EQ(first->geometry(), QRect(40, 30, 320, 500));
-    EXPECT_EQ(scrolled(), 40.0);
-    panel->show({40, 30, 320, 540});
-    settle();
-    EXPECT_EQ(scrolled(), 0.0);
-    EXPECT_EQ(find("indicator"), nullptr);
-
-    int asked = 0;
-    panel->onCloseAsked([&] { ++asked; });
-    key(Qt::Key_Escape);
-    EXPECT_TRUE(window()->close()) << "the program is not kept from ending";
-    settle();
-    EXPECT_EQ(asked, 2);
-    EXPECT_TRUE(panel->isShown());
-}
-
 } // namespace noctra

@@ -1,14 +1,10 @@
 #include "platform/linux/FolderResources.h"
 
 #include <fstream>
-#include <functional>
-#include <memory>
 
 #include <stdlib.h>
 
 #include <gtest/gtest.h>
-
-#include "platform/simulated/SimulatedResources.h"
 
 namespace noctra {
 
@@ -29,25 +25,7 @@ struct FolderResourcesTest : testing::Test {
     }
 };
 
-/// What every adapter does that has active.pdf at `icon` and Face.ttf at `font`, and no other.
-void expectContract(const Resources& resources, const std::string& icon, const std::string& font) {
-    EXPECT_EQ(resources.path("active", "pdf"), icon);
-    EXPECT_EQ(resources.path("Face", "ttf"), font);
-    EXPECT_EQ(resources.path("active", "ttf"), std::nullopt);
-    EXPECT_EQ(resources.path("off", "pdf"), std::nullopt);
-    EXPECT_EQ(resources.path("", ""), std::nullopt);
-}
-
 } // namespace
-
-TEST_F(FolderResourcesTest, AreFoundWhereTheSimulatedOnesAre) {
-    const std::string icon = add("icons/active.pdf");
-    const std::string font = add("fonts/Face.ttf");
-    expectContract(FolderResources({home}), icon, font);
-    SimulatedResources simulated;
-    simulated.paths = {{"active.pdf", icon}, {"Face.ttf", font}};
-    expectContract(simulated, icon, font);
-}
 
 TEST_F(FolderResourcesTest, ComeFromTheFirstFolderThatHasTheFileItself) {
     fs::create_directories(home / "one/icons/active.pdf");

@@ -70,19 +70,6 @@ TEST(GammaResampler, ScalesTheCrtcsOwnLevelsToWithinOneStep) {
     }
 }
 
-TEST(GammaResampler, WorksWithoutACaptureToWithinTheErrorOfTheInterpolation) {
-    GammaTables sampled;
-    sampleNativeTables(powerTables(1024), sampled);
-    NativeTables written;
-    written.resize(1024);
-    tablesToNative(sampled, nullptr, written);
-    const NativeTables original = powerTables(1024);
-    for (std::size_t j = 0; j < 1024; ++j)
-        EXPECT_NEAR(written.green[j], original.green[j], 1.0) << j;
-    EXPECT_EQ(written.red.front(), original.red.front());
-    EXPECT_EQ(written.red.back(), original.red.back());
-}
-
 TEST(GammaResampler, KeepsLevelsInsideTheirRange) {
     GammaTables wild;
     wild.red.fill(-1.0F);

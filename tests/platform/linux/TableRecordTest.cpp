@@ -176,22 +176,6 @@ TEST_F(TableRecordTest, IsThereForTheNextRunAlsoWhenSomebodyHasRemovedItWithItsF
     EXPECT_EQ(record->baseIfOurs(2, flat(256, 6)), flat(256, 7));
 }
 
-TEST_F(TableRecordTest, IsNotMadeAnewBehindALink) {
-    path = folder / "noctra/tables";
-    std::filesystem::create_directory(folder / "noctra");
-    std::filesystem::create_directory(folder / "others");
-    std::ofstream(folder / "others/tables") << "precious";
-    const auto record = TableRecord::open(path).record;
-    ASSERT_TRUE(record->setBase(1, flat(16, 9)));
-    std::filesystem::rename(folder / "noctra", folder / "moved");
-    std::filesystem::create_directory_symlink("others", folder / "noctra");
-    EXPECT_FALSE(record->repair());
-    EXPECT_EQ(std::filesystem::file_size(folder / "others/tables"), 8U);
-    std::filesystem::remove(folder / "noctra");
-    EXPECT_FALSE(record->repair());
-    EXPECT_TRUE(std::filesystem::exists(path)) << "also where it was only moved";
-}
-
 TEST_F(TableRecordTest, NeverGivesBackABaseOfWhichAByteHasChanged) {
     { static_cast<void>(TableRecord::open(path).record->setBase(1, flat(256, 0x0909))); }
     std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
@@ -204,19 +188,6 @@ TEST_F(TableRecordTest, NeverGivesBackABaseOfWhichAByteHasChanged) {
     const auto record = TableRecord::open(path).record;
     EXPECT_FALSE(record->expectedOn(1));
     EXPECT_FALSE(record->baseIfOurs(1, flat(256, 0x0909)));
-}
-
-TEST_F(TableRecordTest, WorksInMemoryWhereThereIsNoFileToHave) {
-    std::filesystem::create_symlink(folder / "elsewhere", path);
-    for (const std::string& place : {path, std::string(), (folder / "no/such").string()}) {
-        const auto [record, opened, error] = TableRecord::open(place);
-        EXPECT_EQ(opened, Opened::unavailable) << place;
-        EXPECT_NE(error, "");
-        record->setBase(1, flat(16, 2));
-        record->willWrite(1, flat(16, 1));
-        EXPECT_EQ(record->baseIfOurs(1, flat(16, 1)), flat(16, 2));
-    }
-    EXPECT_FALSE(std::filesystem::exists(folder / "elsewhere")) << "a link is not followed";
 }
 
 } // namespace noctra

@@ -35,20 +35,6 @@ double largestDifference(const QImage& one, const QImage& other) {
     return largest;
 }
 
-QImage drawPage(const QTemporaryDir& folder, const QByteArray& size, const QByteArray& drawing) {
-    const QString path = folder.filePath("page.pdf");
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("%PDF-1.4\n1 0 obj\n<< /Type /Catalog /Pages 2 0 R >>\nendobj\n"
-               "2 0 obj\n<< /Type /Pages /Kids [3 0 R] /Count 1 >>\nendobj\n"
-               "3 0 obj\n<< /Type /Page /Parent 2 0 R /MediaBox [0 0 " +
-               size + "] /Contents 4 0 R >>\nendobj\n4 0 obj\n<< /Length " +
-               QByteArray::number(drawing.size()) + " >>\nstream\n" + drawing +
-               "\nendstream\nendobj\ntrailer\n<< /Size 5 /Root 1 0 R >>\n%%EOF\n");
-    file.close();
-    return drawPdfIcon(path, 20.0, 1.0);
-}
-
 } // namespace
 
 TEST(PdfIcon, DrawsEachOfTheProgramsIconsOnATransparentGround) {
@@ -67,17 +53,6 @@ TEST(PdfIcon, DrawsEachOfTheProgramsIconsOnATransparentGround) {
             }
 }
 
-TEST(PdfIcon, TellsTheStatesApartByShapeAndColour) {
-    const QImage active = drawPdfIcon(iconPath("active"), 18.0, 1.0);
-    const QImage off = drawPdfIcon(iconPath("off"), 18.0, 1.0);
-    EXPECT_GT(coverage(active), coverage(off) + 0.1);
-    EXPECT_GT(largestDifference(active, off), 0.9);
-    EXPECT_GT(active.pixelColor(3, 6).red(), 200) << "lit";
-    EXPECT_LT(off.pixelColor(9, 2).red(), 20) << "a template";
-    EXPECT_LT(active.pixelColor(7, 9).alpha(), 40)
-        << "the moon is cut out, a template shows it too";
-}
-
 TEST(PdfIcon, KeepsItsShapeAndTakesTheColourAsATemplate) {
     const QImage icon = drawPdfIcon(iconPath("active"), 18.0, 2.0);
     const QImage white = tinted(icon, Qt::white);
@@ -89,16 +64,6 @@ TEST(PdfIcon, KeepsItsShapeAndTakesTheColourAsATemplate) {
                         white.pixelColor(x, y).lightness() == 255);
     EXPECT_NEAR(coverage(tinted(icon, QColor(0, 255, 0, 128))), coverage(icon) / 2.0, 0.01);
     EXPECT_TRUE(tinted({}, Qt::white).isNull());
-}
-
-TEST(PdfIcon, FitsAPageThatIsNoSquareIntoTheMiddle) {
-    const QTemporaryDir folder;
-    const QImage icon = drawPage(folder, "40 20", "1 0 0 rg 0 0 40 20 re f");
-    ASSERT_EQ(icon.size(), QSize(20, 20));
-    EXPECT_EQ(icon.pixelColor(10, 4).alpha(), 0);
-    EXPECT_EQ(icon.pixelColor(0, 5), QColor(Qt::red));
-    EXPECT_EQ(icon.pixelColor(19, 14), QColor(Qt::red));
-    EXPECT_EQ(icon.pixelColor(10, 15).alpha(), 0);
 }
 
 TEST(PdfIcon, IsNothingWhereThereIsNoDocumentOrNoRoom) {

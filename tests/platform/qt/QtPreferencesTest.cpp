@@ -80,15 +80,6 @@ TEST_F(QtPreferencesTest, TellAMissingKeyFromAStoredZeroAndSayWhichValueTheyIgno
     }
 }
 
-TEST_F(QtPreferencesTest, ReachTheFileByThemselvesAfterATurnOfTheMainQueue) {
-    const auto preferences = open();
-    preferences->setBool("allowExtremeDim", true);
-    EXPECT_EQ(contentsOf(path), "(none)");
-    desktop.settle();
-    preferences->flush(); // waits for the thread that writes; there is nothing left to write
-    EXPECT_TRUE(contentsOf(path).contains("allowExtremeDim=true"));
-}
-
 TEST_F(QtPreferencesTest, NeverWriteOverWhatTheyCouldNotKeepACopyOf) {
     store("# precious\n[General]\nfilterBrightness=0.25\n");
     for (int number = 1; number < 1000; ++number) // no name is left for a copy
@@ -170,28 +161,6 @@ TEST_F(QtPreferencesTest, ReadWhatPeopleWriteByHandAndKeepACopyOfWhatRewritingWo
         EXPECT_TRUE(contentsOf(path).contains("filterBrightness=0.7")) << contents.toStdString();
         EXPECT_FALSE(QFile::exists(path + ".before-2")) << contents.toStdString();
     }
-}
-
-TEST_F(QtPreferencesTest, StartWithDefaultsWhereTheFileIsNoFileAtAll) {
-    QDir().mkpath(path + "/inside");
-    const auto preferences = open();
-    preferences->setDouble("filterBrightness", 0.5);
-    preferences->flush();
-    EXPECT_TRUE(QDir(path + ".damaged-1/inside").exists());
-    EXPECT_TRUE(contentsOf(path).contains("filterBrightness=0.5"));
-}
-
-TEST_F(QtPreferencesTest, SayOnceThatTheyCannotBeWrittenAndGoOn) {
-    QFile blocker(home.filePath("config")); // a file where the directory should be
-    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
-    blocker.close();
-    const auto preferences = open();
-    for (const double value : {0.5, 0.6}) {
-        preferences->setDouble("filterBrightness", value);
-        preferences->flush();
-    }
-    EXPECT_EQ(preferences->numberForKey("filterBrightness"), 0.6);
-    EXPECT_EQ(desktop.log.messages.size(), 1U);
 }
 
 TEST_F(QtPreferencesTest, OnAFullDiskLoseNeitherWhatIsInTheFileNorWhatShouldHaveBeen) {

@@ -31,15 +31,6 @@ TEST_F(XdgLoginItemFilesTest, WithoutAFolderForItTheItemCannotBeFound) {
     EXPECT_EQ(item().registerItem(), "POSIX error 20 (Not a directory): " + file + "/autostart");
 }
 
-TEST_F(XdgLoginItemFilesTest, TheHomeFolderStandsInForAConfigurationFolderThatIsNotNamed) {
-    for (const char* named : {"", "relative"}) {
-        variables_ = {{"HOME", folder_.path()}, {"XDG_CONFIG_HOME", named}};
-        EXPECT_EQ(item().registerItem(), "");
-        EXPECT_EQ(item().status(), Status::enabled);
-        EXPECT_EQ(std::filesystem::remove_all(folder_ / ".config"), 3);
-    }
-}
-
 TEST_F(XdgLoginItemFilesTest, WhatCannotBeReadIsLeftAlone) {
     const auto isLeftAlone = [this](const std::string& why) {
         EXPECT_EQ(item().status(), Status::notFound) << why;
