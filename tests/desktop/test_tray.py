@@ -107,6 +107,8 @@ def test_a_tray_that_comes_late_or_comes_back_gets_the_item(desk, panel, host):
     for _ in range(3):
         host.start()
         open_and_close(desk, panel)
+        beside = FIRST_DISPLAY[2] - 2 * TrayHost.BAR, 0, TrayHost.BAR, TrayHost.BAR
+        assert not middle_of(desk, beside, RED), "there are two items"
         host.kill()
         assert wait_until(lambda: not place(desk, RED))
     desk.command(program, "noctra://show")

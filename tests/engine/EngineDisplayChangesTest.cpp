@@ -32,8 +32,10 @@ TEST_F(EngineDisplayChanges, AnswersABurstOfChangesWithOneRefreshAndOneSettlePas
     EXPECT_EQ(desktop.log.messages[10], "Refreshing displays (CGDisplay callback flags=8)");
     desktop.advance(Seconds(0.68));
     EXPECT_EQ(desktop.log.count(settlePass), 0U);
+    desktop.displays.forgetCalls();
     desktop.advance(Seconds(5));
     EXPECT_EQ(desktop.log.count(settlePass), 1U);
+    EXPECT_EQ(desktop.displays.count(SimulatedDisplays::Call::Kind::write), 2U) << "once more each";
     EXPECT_EQ(refreshes(), 1U);
     EXPECT_EQ(desktop.mainQueue.pendingCount(), 1U) << "only the backlight poll is left";
 }

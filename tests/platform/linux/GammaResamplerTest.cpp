@@ -62,9 +62,10 @@ TEST(GammaResampler, ScalesTheCrtcsOwnLevelsToWithinOneStep) {
         NativeTables written;
         written.resize(captured.native.size());
         tablesToNative(scaled, &captured, written);
+        const double error = size == 256 ? 0.51 : 1.0; // nothing but the rounding
         for (std::size_t j = 0; j < written.size(); ++j) {
-            EXPECT_NEAR(written.red[j], captured.native.red[j] * 0.6, 1.0) << size << " " << j;
-            EXPECT_NEAR(written.green[j], captured.native.green[j] * 0.25, 1.0) << size << " " << j;
+            EXPECT_NEAR(written.red[j], captured.native.red[j] * 0.6, error) << size << " " << j;
+            EXPECT_NEAR(written.green[j], captured.native.green[j] * 0.25, error) << size << " " << j;
             EXPECT_EQ(written.blue[j], 0) << size << " " << j;
         }
     }

@@ -80,7 +80,7 @@ TEST_F(TableRecordTest, ForgetsEarlierWritesWithANewBase) {
     record->setBase(1, flat(16, 9));
     record->willWrite(1, flat(16, 5));
     record->settled(1, true);
-    record->setBase(1, flat(4096, 8));
+    record->setBase(1, flat(16, 8));
     EXPECT_FALSE(record->baseIfOurs(1, flat(16, 5)));
     EXPECT_FALSE(record->setBase(1, flat(4097, 8))) << "more entries than it can hold";
     EXPECT_FALSE(record->setBase(0, flat(16, 8)));

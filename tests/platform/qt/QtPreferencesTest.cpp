@@ -174,6 +174,11 @@ TEST_F(QtPreferencesTest, OnAFullDiskLoseNeitherWhatIsInTheFileNorWhatShouldHave
     setrlimit(RLIMIT_FSIZE, &full);
     preferences->setBool("pwmSafeMode", true);
     preferences->flush();
+    for (int value = 0; value <= 200; ++value) { // each while an older one may just be failing
+        preferences->setDouble("filterIntensity", value);
+        desktop.settle();
+    }
+    preferences->flush();
     setrlimit(RLIMIT_FSIZE, &limit);
     std::signal(SIGXFSZ, handler);
     EXPECT_EQ(contentsOf(path), before);
@@ -181,7 +186,8 @@ TEST_F(QtPreferencesTest, OnAFullDiskLoseNeitherWhatIsInTheFileNorWhatShouldHave
 
     preferences->setBool("filterEnabled", true);
     preferences->flush();
-    for (const char* line : {"pwmSafeMode=true\n", "filterEnabled=true\n", "future=xx"})
+    for (const char* line :
+         {"pwmSafeMode=true\n", "filterEnabled=true\n", "filterIntensity=200\n", "future=xx"})
         EXPECT_TRUE(contentsOf(path).contains(line)) << line;
 }
 
