@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <string>
-#include <string_view>
 #include <unistd.h>
 
 #include "bench/Allocations.h"
@@ -48,17 +47,11 @@ private:
 /// Makes the X server say that its first output is a panel that is part of the machine.
 void makePanel(const RandrConnection& connection) {
     xcb_connection_t* xcb = connection.xcb.get();
-    const auto atom = [&](std::string_view name) {
-        const XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
-            xcb, xcb_intern_atom(xcb, 0, static_cast<std::uint16_t>(name.size()), name.data()),
-            nullptr));
-        return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
-    };
-    const xcb_atom_t panel = atom(panelConnectorType);
+    const auto [type, panel] = internAtoms(xcb, {connectorTypeProperty, panelConnectorType});
     const RandrOutputProperties properties(xcb);
     for (const RandrScreen& screen : readConfiguration(connection, properties).screens) {
-        xcb_randr_change_output_property(xcb, screen.output, atom(connectorTypeProperty),
-                                         XCB_ATOM_ATOM, 32, XCB_PROP_MODE_REPLACE, 1, &panel);
+        xcb_randr_change_output_property(xcb, screen.output, type, XCB_ATOM_ATOM, 32,
+                                         XCB_PROP_MODE_REPLACE, 1, &panel);
         break;
     }
 }

@@ -6,6 +6,7 @@
 #include "app/LibraryLocation.h"
 #include "app/linux/BesideTheProgram.h"
 #include "engine/ColorFilterManager.h"
+#include "platform/linux/Symbol.h"
 #include "platform/linux/tray/PopoverWindow.h"
 #include "pwmsafe/PwmSafeManager.h"
 
@@ -68,8 +69,8 @@ MakePanelWindow* LinuxPanel::load() {
     std::string problem;
     for (const std::string& candidate : besideTheProgram(panelFromProgram, panelFile)) {
         if (void* library = ::dlopen(candidate.c_str(), RTLD_NOW | RTLD_LOCAL)) {
-            if (void* symbol = ::dlsym(library, makePanelWindowSymbol))
-                return reinterpret_cast<MakePanelWindow*>(symbol);
+            if (MakePanelWindow* make = nullptr; findSymbol(library, makePanelWindowSymbol, make))
+                return make;
         }
         const char* error = ::dlerror();
         problem += (problem.empty() ? "" : "; ") +

@@ -3,21 +3,12 @@
 #include <algorithm>
 #include <utility>
 
-#include <dlfcn.h>
 #include <unistd.h>
 
 #include "platform/linux/StateFolder.h"
+#include "platform/linux/Symbol.h"
 
 namespace noctra {
-
-namespace {
-
-template <typename Function>
-Function* find(void* library, const char* symbol) {
-    return reinterpret_cast<Function*>(::dlsym(library, symbol));
-}
-
-} // namespace
 
 DisplayServicesHost::DisplayServicesHost(MainQueue& mainQueue, const SteadyClock& clock,
                                          AttachedDisplays& displays, Handlers handlers)
@@ -25,11 +16,14 @@ DisplayServicesHost::DisplayServicesHost(MainQueue& mainQueue, const SteadyClock
 
 void DisplayServicesHost::adopt(void* library) {
     using namespace display_services;
-    auto* setDisplays = find<SetDisplays>(library, setDisplaysSymbol);
-    auto* descriptor = find<NewsDescriptor>(library, newsDescriptorSymbol);
-    auto* takeNews = find<TakeNews>(library, takeNewsSymbol);
-    auto* finish = find<Finish>(library, finishSymbol);
-    if (setDisplays == nullptr || descriptor == nullptr || takeNews == nullptr || finish == nullptr)
+    SetDisplays* setDisplays = nullptr;
+    NewsDescriptor* descriptor = nullptr;
+    TakeNews* takeNews = nullptr;
+    Finish* finish = nullptr;
+    if (!findSymbol(library, setDisplaysSymbol, setDisplays) ||
+        !findSymbol(library, newsDescriptorSymbol, descriptor) ||
+        !findSymbol(library, takeNewsSymbol, takeNews) ||
+        !findSymbol(library, finishSymbol, finish))
         return;
     {
         const std::lock_guard lock(mutex_);

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "platform/linux/XConnection.h"
+#include "platform/linux/Xcb.h"
 
 namespace noctra {
 
@@ -28,21 +28,11 @@ bool isAtom(const Property& property, xcb_atom_t atom) {
 
 RandrOutputProperties::RandrOutputProperties(xcb_connection_t* connection)
     : connection_(connection) {
-    const auto ask = [&](std::string_view name) {
-        // Made where the server does not know it yet: a property may be set later.
-        return xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
-    };
-    const auto answer = [&](xcb_intern_atom_cookie_t asked) {
-        const XcbReply<xcb_intern_atom_reply_t> reply(
-            xcb_intern_atom_reply(connection, asked, nullptr));
-        return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
-    };
-    const auto edid = ask("EDID");
-    const auto type = ask(connectorTypeProperty);
-    const auto panel = ask(panelConnectorType);
-    edid_ = answer(edid);
-    type_ = answer(type);
-    panel_ = answer(panel);
+    // Made where the server does not know them yet: a property may be set later.
+    const auto atoms = internAtoms(connection, {"EDID", connectorTypeProperty, panelConnectorType});
+    edid_ = atoms[0];
+    type_ = atoms[1];
+    panel_ = atoms[2];
 }
 
 RandrOutputProperties::Asked RandrOutputProperties::ask(xcb_randr_output_t output) const {

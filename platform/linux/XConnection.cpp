@@ -1,5 +1,7 @@
 #include "platform/linux/XConnection.h"
 
+#include <cstdlib>
+
 #include <poll.h>
 
 namespace noctra {

@@ -1,25 +1,13 @@
 #pragma once
 
-#include <cstdlib>
-#include <memory>
+#include <cstdint>
 #include <string>
 
 #include <xcb/randr.h>
-#include <xcb/xcb.h>
+
+#include "platform/linux/Xcb.h"
 
 namespace noctra {
-
-struct XcbDisconnect {
-    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
-};
-using XcbConnection = std::unique_ptr<xcb_connection_t, XcbDisconnect>;
-
-struct FreeReply {
-    void operator()(void* reply) const { std::free(reply); }
-};
-/// A reply or event that xcb allocated.
-template <typename Reply>
-using XcbReply = std::unique_ptr<Reply, FreeReply>;
 
 /// A connection to an X server that has RandR 1.3 or later.
 struct RandrConnection {

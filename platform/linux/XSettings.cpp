@@ -7,9 +7,7 @@
 #include <string>
 #include <vector>
 
-#include <xcb/xcb.h>
-
-#include "platform/linux/XConnection.h"
+#include "platform/linux/Xcb.h"
 
 namespace noctra {
 
@@ -85,13 +83,10 @@ public:
     [[nodiscard]] std::vector<std::byte> settings() const {
         if (isBroken())
             return {};
-        const auto manager =
-            xcb_get_selection_owner(xcb(), atom("_XSETTINGS_S" + std::to_string(screen_)));
-        const XcbReply<xcb_get_selection_owner_reply_t> owner(
-            xcb_get_selection_owner_reply(xcb(), manager, nullptr));
-        const xcb_atom_t name = atom("_XSETTINGS_SETTINGS");
-        return owner && owner->owner != XCB_NONE ? property(owner->owner, name, name)
-                                                 : std::vector<std::byte>();
+        const auto [selection, name] =
+            internAtoms(xcb(), {"_XSETTINGS_S" + std::to_string(screen_), "_XSETTINGS_SETTINGS"});
+        const xcb_window_t manager = selectionOwner(xcb(), selection);
+        return manager != XCB_NONE ? property(manager, name, name) : std::vector<std::byte>();
     }
     [[nodiscard]] xcb_window_t root() const {
         auto screen = xcb_setup_roots_iterator(xcb_get_setup(xcb()));
@@ -112,13 +107,6 @@ public:
 
 private:
     [[nodiscard]] xcb_connection_t* xcb() const { return connection_.get(); }
-    [[nodiscard]] xcb_atom_t atom(const std::string& name) const {
-        const auto cookie =
-            xcb_intern_atom(xcb(), 0, static_cast<std::uint16_t>(name.size()), name.c_str());
-        const XcbReply<xcb_intern_atom_reply_t> reply(
-            xcb_intern_atom_reply(xcb(), cookie, nullptr));
-        return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
-    }
 
     int screen_ = 0;
     const XcbConnection connection_{xcb_connect(nullptr, &screen_)};

@@ -15,10 +15,6 @@ constexpr std::string_view emulationProperty = "RANDR Emulation";
 // What its outputs are called where the compositor has told it no names.
 constexpr std::string_view outputPrefix = "XWAYLAND";
 
-std::uint16_t lengthOf(std::string_view text) {
-    return static_cast<std::uint16_t>(text.size());
-}
-
 /// Whether an output carries the property `emulation` (XCB_NONE: there is none) or Xwayland's name.
 bool hasEmulatedOutput(const RandrConnection& connection, xcb_atom_t emulation) {
     xcb_connection_t* xcb = connection.xcb.get();
@@ -60,14 +56,12 @@ bool hasEmulatedOutput(const RandrConnection& connection, xcb_atom_t emulation) 
 
 bool isXwayland(const RandrConnection& connection) {
     xcb_connection_t* xcb = connection.xcb.get();
-    const auto extension = xcb_query_extension(xcb, lengthOf(extensionName), extensionName.data());
-    const auto atom =
-        xcb_intern_atom(xcb, 1, lengthOf(emulationProperty), emulationProperty.data());
+    const auto extension =
+        xcb_query_extension(xcb, std::uint16_t{extensionName.size()}, extensionName.data());
+    const xcb_atom_t emulation = internAtom(xcb, emulationProperty, MissingAtoms::leave);
     const XcbReply<xcb_query_extension_reply_t> itself(
         xcb_query_extension_reply(xcb, extension, nullptr));
-    const XcbReply<xcb_intern_atom_reply_t> emulation(xcb_intern_atom_reply(xcb, atom, nullptr));
-    return (itself && itself->present != 0) ||
-           hasEmulatedOutput(connection, emulation ? emulation->atom : XCB_NONE);
+    return (itself && itself->present != 0) || hasEmulatedOutput(connection, emulation);
 }
 
 } // namespace noctra

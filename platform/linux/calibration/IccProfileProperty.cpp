@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -12,9 +11,6 @@
 namespace noctra {
 
 namespace {
-
-template <typename Type>
-using Reply = std::unique_ptr<Type, FreeReply>;
 
 std::span<const std::byte> bytesAt(const void* data, int length) {
     return {static_cast<const std::byte*>(data), static_cast<std::size_t>(std::max(length, 0))};
@@ -28,7 +24,7 @@ IccProfile outputProperty(xcb_connection_t* connection, xcb_randr_output_t outpu
         auto* const reply = xcb_randr_get_output_property_reply(connection, request, nullptr);
         if (reply == nullptr)
             return PropertyPiece();
-        return PropertyPiece{Reply<void>(reply), reply->format == 8, reply->bytes_after,
+        return PropertyPiece{XcbReply<void>(reply), reply->format == 8, reply->bytes_after,
                              bytesAt(xcb_randr_get_output_property_data(reply),
                                      xcb_randr_get_output_property_data_length(reply))};
     });
@@ -42,22 +38,15 @@ IccProfile windowProperty(xcb_connection_t* connection, xcb_window_t window, xcb
         if (reply == nullptr)
             return PropertyPiece();
         return PropertyPiece{
-            Reply<void>(reply), reply->format == 8, reply->bytes_after,
+            XcbReply<void>(reply), reply->format == 8, reply->bytes_after,
             bytesAt(xcb_get_property_value(reply), xcb_get_property_value_length(reply))};
     });
-}
-
-xcb_atom_t existingAtom(xcb_connection_t* connection, const std::string& name) {
-    const auto request =
-        xcb_intern_atom(connection, 1, static_cast<std::uint16_t>(name.size()), name.c_str());
-    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, request, nullptr));
-    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
 /// The index of the monitor that shows `output`, in the server's order.
 std::optional<int> monitorOf(xcb_connection_t* connection, xcb_window_t root,
                              xcb_randr_output_t output) {
-    const Reply<xcb_randr_get_monitors_reply_t> reply(xcb_randr_get_monitors_reply(
+    const XcbReply<xcb_randr_get_monitors_reply_t> reply(xcb_randr_get_monitors_reply(
         connection, xcb_randr_get_monitors(connection, root, 1), nullptr));
     if (!reply)
         return std::nullopt;
@@ -82,7 +71,7 @@ IccProfile iccProfileOf(xcb_connection_t* connection, xcb_window_t root,
         return {};
 
     const std::string name = "_ICC_PROFILE";
-    const xcb_atom_t first = existingAtom(connection, name);
+    const xcb_atom_t first = internAtom(connection, name, MissingAtoms::leave);
     if (first != XCB_ATOM_NONE)
         if (IccProfile profile = outputProperty(connection, output, first); !profile.empty())
             return profile;
@@ -91,7 +80,9 @@ IccProfile iccProfileOf(xcb_connection_t* connection, xcb_window_t root,
     if (!monitor)
         return {};
     const xcb_atom_t property =
-        *monitor == 0 ? first : existingAtom(connection, name + '_' + std::to_string(*monitor));
+        *monitor == 0
+            ? first
+            : internAtom(connection, name + '_' + std::to_string(*monitor), MissingAtoms::leave);
     return property == XCB_ATOM_NONE ? IccProfile() : windowProperty(connection, root, property);
 }
 

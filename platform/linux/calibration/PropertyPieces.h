@@ -2,24 +2,19 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <memory>
 #include <optional>
 #include <span>
 
+#include "platform/linux/Xcb.h"
 #include "platform/linux/calibration/IccProfile.h"
 
 namespace noctra {
 
-struct FreeReply {
-    void operator()(void* memory) const { std::free(memory); }
-};
-
 /// A part of a property, as it stands when the server gave none.
 struct PropertyPiece {
-    std::unique_ptr<void, FreeReply> reply; ///< owns the bytes
-    bool isBytes = false;                   ///< the property consists of 8-bit units
-    std::size_t bytesAfter = 0;             ///< what is left of the property behind this piece
+    XcbReply<void> reply;       ///< owns the bytes
+    bool isBytes = false;       ///< the property consists of 8-bit units
+    std::size_t bytesAfter = 0; ///< what is left of the property behind this piece
     std::span<const std::byte> bytes;
 };
 

@@ -3,6 +3,7 @@
 #include <ddcutil_macros.h>
 #include <dlfcn.h>
 
+#include "platform/linux/Symbol.h"
 #include "platform/linux/displayservices/SilencedOutput.h"
 
 namespace noctra::display_services {
@@ -12,18 +13,12 @@ namespace {
 /// The library whose header this is compiled against: other versions have other records.
 constexpr const char* libraryName = DDCUTIL_VMAJOR >= 2 ? "libddcutil.so.5" : "libddcutil.so.4";
 
-template <typename Function>
-bool find(void* library, const char* name, Function& function) {
-    function = reinterpret_cast<Function>(::dlsym(library, name));
-    return function != nullptr;
-}
-
 /// Version 2 reads a configuration file and writes to the system log unless it is told otherwise.
 void startQuietly(void* library) {
     constexpr int neverLog = 0;
     constexpr int withoutConfigurationFile = 1;
     int (*start)(const char* options, int logLevel, int flags) = nullptr;
-    if (find(library, "ddca_init", start))
+    if (findSymbol(library, "ddca_init", start))
         start(nullptr, neverLog, withoutConfigurationFile);
 }
 
@@ -32,11 +27,11 @@ void keepQuiet(void* library) {
     decltype(&ddca_set_fout) setOutput = nullptr;
     decltype(&ddca_set_ferr) setErrorOutput = nullptr;
     decltype(&ddca_enable_verify) enableVerify = nullptr;
-    if (find(library, "ddca_set_fout", setOutput))
+    if (findSymbol(library, "ddca_set_fout", setOutput))
         setOutput(nullptr);
-    if (find(library, "ddca_set_ferr", setErrorOutput))
+    if (findSymbol(library, "ddca_set_ferr", setErrorOutput))
         setErrorOutput(nullptr);
-    if (find(library, "ddca_enable_verify", enableVerify))
+    if (findSymbol(library, "ddca_enable_verify", enableVerify))
         enableVerify(false);
 }
 
@@ -56,13 +51,13 @@ std::optional<LibDdcutil> LibDdcutil::load() {
         return std::nullopt;
     keepQuiet(library);
     LibDdcutil functions{};
-    find(library, "ddca_redetect_displays", functions.redetectDisplays);
-    if (find(library, "ddca_get_display_info_list2", functions.getDisplayInfoList) &&
-        find(library, "ddca_free_display_info_list", functions.freeDisplayInfoList) &&
-        find(library, "ddca_open_display2", functions.openDisplay) &&
-        find(library, "ddca_close_display", functions.closeDisplay) &&
-        find(library, "ddca_get_non_table_vcp_value", functions.getValue) &&
-        find(library, "ddca_set_non_table_vcp_value", functions.setValue))
+    findSymbol(library, "ddca_redetect_displays", functions.redetectDisplays);
+    if (findSymbol(library, "ddca_get_display_info_list2", functions.getDisplayInfoList) &&
+        findSymbol(library, "ddca_free_display_info_list", functions.freeDisplayInfoList) &&
+        findSymbol(library, "ddca_open_display2", functions.openDisplay) &&
+        findSymbol(library, "ddca_close_display", functions.closeDisplay) &&
+        findSymbol(library, "ddca_get_non_table_vcp_value", functions.getValue) &&
+        findSymbol(library, "ddca_set_non_table_vcp_value", functions.setValue))
         return functions;
     return std::nullopt;
 }

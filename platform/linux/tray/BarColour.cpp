@@ -7,7 +7,7 @@
 #include <cstring>
 #include <vector>
 
-#include "platform/linux/XConnection.h"
+#include "platform/linux/Xcb.h"
 
 namespace noctra {
 

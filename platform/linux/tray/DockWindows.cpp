@@ -1,11 +1,9 @@
 #include "platform/linux/tray/DockWindows.h"
 
 #include <algorithm>
-#include <array>
 #include <span>
-#include <string_view>
 
-#include "platform/linux/XConnection.h"
+#include "platform/linux/Xcb.h"
 #include "platform/linux/tray/StrutProperty.h"
 
 namespace noctra {
@@ -26,30 +24,13 @@ struct Atoms {
     xcb_atom_t state = XCB_ATOM_NONE; ///< of windows that a window manager looks after
 };
 
-Atoms internAtoms(xcb_connection_t* xcb) {
-    constexpr std::array<std::string_view, 6> names{
-        "_NET_WM_WINDOW_TYPE",   "_NET_WM_WINDOW_TYPE_DOCK",
-        "_NET_WM_STRUT_PARTIAL", "_NET_WM_STRUT",
-        "_NET_WM_PID",           "WM_STATE"};
-    std::array<xcb_intern_atom_cookie_t, names.size()> cookies{};
-    for (std::size_t i = 0; i < names.size(); ++i)
-        cookies[i] =
-            xcb_intern_atom(xcb, 1, static_cast<std::uint16_t>(names[i].size()), names[i].data());
-    std::array<xcb_atom_t, names.size()> atoms{};
-    for (std::size_t i = 0; i < names.size(); ++i)
-        if (const XcbReply<xcb_intern_atom_reply_t> reply{
-                xcb_intern_atom_reply(xcb, cookies[i], nullptr)})
-            atoms[i] = reply->atom;
+Atoms atomsOf(xcb_connection_t* xcb) {
+    const auto atoms =
+        internAtoms(xcb,
+                    {"_NET_WM_WINDOW_TYPE", "_NET_WM_WINDOW_TYPE_DOCK", "_NET_WM_STRUT_PARTIAL",
+                     "_NET_WM_STRUT", "_NET_WM_PID", "WM_STATE"},
+                    MissingAtoms::leave);
     return {atoms[0], atoms[1], atoms[2], atoms[3], atoms[4], atoms[5]};
-}
-
-/// The property's numbers; the server gives none where it is missing or not of the type asked for.
-std::vector<std::uint32_t> numbers(xcb_connection_t* xcb, xcb_get_property_cookie_t cookie) {
-    const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(xcb, cookie, nullptr));
-    if (!reply || reply->format != 32)
-        return {};
-    const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-    return {first, first + reply->value_len};
 }
 
 xcb_get_property_cookie_t ask(xcb_connection_t* xcb, xcb_window_t window, xcb_atom_t property,
@@ -102,8 +83,8 @@ Windows sortOut(xcb_connection_t* xcb, const Atoms& atoms, const Windows& window
         const Question& question = questions[i];
         const XcbReply<xcb_get_window_attributes_reply_t> attributes(
             xcb_get_window_attributes_reply(xcb, question.attributes, nullptr));
-        const auto types = numbers(xcb, question.type);
-        const bool isManaged = !numbers(xcb, question.state).empty();
+        const auto types = numbersIn(xcb, question.type);
+        const bool isManaged = !numbersIn(xcb, question.state).empty();
         const bool isShown = attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
         const XcbReply<xcb_query_tree_reply_t> tree(
             xcb_query_tree_reply(xcb, question.tree, nullptr));
@@ -137,9 +118,9 @@ std::vector<Dock> describe(xcb_connection_t* xcb, xcb_window_t root, const Atoms
             xcb_get_geometry_reply(xcb, cookies[i].geometry, nullptr));
         const XcbReply<xcb_translate_coordinates_reply_t> place(
             xcb_translate_coordinates_reply(xcb, cookies[i].place, nullptr));
-        const auto partial = numbers(xcb, cookies[i].partial);
-        const auto plain = numbers(xcb, cookies[i].plain);
-        const auto processId = numbers(xcb, cookies[i].processId);
+        const auto partial = numbersIn(xcb, cookies[i].partial);
+        const auto plain = numbersIn(xcb, cookies[i].plain);
+        const auto processId = numbersIn(xcb, cookies[i].processId);
         if (geometry && place) // else it has gone meanwhile
             docks.push_back({windows[i].id,
                              processId.empty() ? 0 : processId.front(),
@@ -152,7 +133,7 @@ std::vector<Dock> describe(xcb_connection_t* xcb, xcb_window_t root, const Atoms
 } // namespace
 
 std::vector<Dock> findDocks(xcb_connection_t* connection, xcb_window_t root) {
-    const Atoms atoms = internAtoms(connection);
+    const Atoms atoms = atomsOf(connection);
     if (atoms.dock == XCB_ATOM_NONE || atoms.windowType == XCB_ATOM_NONE)
         return {};
     Windows level = topLevelWindows(connection, root);
@@ -165,27 +146,15 @@ std::vector<Dock> findDocks(xcb_connection_t* connection, xcb_window_t root) {
 }
 
 PixelRect findWorkArea(xcb_connection_t* connection, xcb_window_t root) {
-    constexpr std::string_view areaName = "_NET_WORKAREA";
-    constexpr std::string_view currentName = "_NET_CURRENT_DESKTOP";
     constexpr std::uint32_t mostWorkspaces = 256;
-    const auto intern = [&](std::string_view name) {
-        return xcb_intern_atom(connection, 1, static_cast<std::uint16_t>(name.size()), name.data());
-    };
-    const auto atomIn = [&](xcb_intern_atom_cookie_t cookie) {
-        const XcbReply<xcb_intern_atom_reply_t> reply(
-            xcb_intern_atom_reply(connection, cookie, nullptr));
-        return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
-    };
-    const auto askArea = intern(areaName);
-    const auto askCurrent = intern(currentName);
-    const xcb_atom_t area = atomIn(askArea);
-    const xcb_atom_t current = atomIn(askCurrent);
+    const auto [area, current] =
+        internAtoms(connection, {"_NET_WORKAREA", "_NET_CURRENT_DESKTOP"}, MissingAtoms::leave);
     if (area == XCB_ATOM_NONE)
         return {};
     const auto areaCookie = ask(connection, root, area, XCB_ATOM_CARDINAL, 4 * mostWorkspaces);
     const auto currentCookie = ask(connection, root, current, XCB_ATOM_CARDINAL, 1);
-    const auto areas = numbers(connection, areaCookie);
-    const auto workspaces = numbers(connection, currentCookie);
+    const auto areas = numbersIn(connection, areaCookie);
+    const auto workspaces = numbersIn(connection, currentCookie);
     const std::size_t first = workspaces.empty() ? 0 : 4 * std::size_t{workspaces.front()};
     if (first + 4 > areas.size())
         return {};

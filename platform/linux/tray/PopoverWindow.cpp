@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/linux/XConnection.h"
+#include "platform/linux/Xcb.h"
 #include "platform/linux/tray/QtX11.h"
 
 namespace noctra {
@@ -17,8 +17,6 @@ constexpr std::uint32_t allWorkspaces = 0xFFFFFFFF;
 /// Of a message's sender. Window managers obey a pager where they would only note what a program
 /// wants for itself.
 constexpr std::uint32_t pager = 2;
-
-using Numbers = std::vector<std::uint32_t>;
 
 void tellWindowManager(xcb_connection_t* xcb, xcb_window_t window, std::string_view type,
                        std::array<std::uint32_t, 5> data) {
@@ -39,23 +37,14 @@ xcb_get_property_cookie_t ask(xcb_connection_t* xcb, xcb_window_t window, xcb_at
     return xcb_get_property(xcb, 0, window, property, type, 0, most);
 }
 
-Numbers answer(xcb_connection_t* xcb, xcb_get_property_cookie_t cookie) {
-    const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(xcb, cookie, nullptr));
-    if (!reply || reply->format != 32)
-        return {};
-    const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-    return {first, first + reply->value_len};
-}
-
 } // namespace
 
 void announcePopover(std::uintptr_t window) {
     xcb_connection_t* const xcb = qtXConnection();
     if (xcb == nullptr)
         return;
-    const std::array states{internAtom(xcb, "_NET_WM_STATE_SKIP_TASKBAR"),
-                            internAtom(xcb, "_NET_WM_STATE_SKIP_PAGER"),
-                            internAtom(xcb, "_NET_WM_STATE_STICKY")};
+    const auto states = internAtoms(
+        xcb, {"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER", "_NET_WM_STATE_STICKY"});
     xcb_change_property(xcb, XCB_PROP_MODE_APPEND, static_cast<xcb_window_t>(window),
                         internAtom(xcb, "_NET_WM_STATE"), XCB_ATOM_ATOM, 32, states.size(),
                         states.data());
@@ -87,11 +76,9 @@ bool isBeforeTheEyes(std::uintptr_t window) {
         return true;
     const auto id = static_cast<xcb_window_t>(window);
     const xcb_window_t root = rootWindow(xcb);
-    const xcb_atom_t workspace = internAtom(xcb, "_NET_WM_DESKTOP");
-    const xcb_atom_t current = internAtom(xcb, "_NET_CURRENT_DESKTOP");
-    const xcb_atom_t states = internAtom(xcb, "_NET_WM_STATE");
-    const xcb_atom_t hidden = internAtom(xcb, "_NET_WM_STATE_HIDDEN");
-    const xcb_atom_t sticky = internAtom(xcb, "_NET_WM_STATE_STICKY");
+    const auto [workspace, current, states, hidden, sticky] =
+        internAtoms(xcb, {"_NET_WM_DESKTOP", "_NET_CURRENT_DESKTOP", "_NET_WM_STATE",
+                          "_NET_WM_STATE_HIDDEN", "_NET_WM_STATE_STICKY"});
 
     const auto askAttributes = xcb_get_window_attributes(xcb, id);
     const auto askStates = ask(xcb, id, states, XCB_ATOM_ATOM);
@@ -99,9 +86,9 @@ bool isBeforeTheEyes(std::uintptr_t window) {
     const auto askCurrent = ask(xcb, root, current, XCB_ATOM_CARDINAL);
     const XcbReply<xcb_get_window_attributes_reply_t> attributes(
         xcb_get_window_attributes_reply(xcb, askAttributes, nullptr));
-    const Numbers itsStates = answer(xcb, askStates);
-    const Numbers itsWorkspace = answer(xcb, askWorkspace);
-    const Numbers currentWorkspace = answer(xcb, askCurrent);
+    const auto itsStates = numbersIn(xcb, askStates);
+    const auto itsWorkspace = numbersIn(xcb, askWorkspace);
+    const auto currentWorkspace = numbersIn(xcb, askCurrent);
 
     const bool isViewable = attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
     const auto is = [&](xcb_atom_t state) {

@@ -6,7 +6,7 @@
 #include <QtGui/QGuiApplication>
 #include <QtGui/QScreen>
 
-#include "platform/linux/XConnection.h"
+#include "platform/linux/Xcb.h"
 
 namespace noctra {
 
@@ -21,14 +21,6 @@ int scaled(int distance, double factor) {
 xcb_connection_t* qtXConnection() {
     auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     return x11 != nullptr ? x11->connection() : nullptr;
-}
-
-xcb_atom_t internAtom(xcb_connection_t* connection, std::string_view name) {
-    const XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
-        connection,
-        xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data()),
-        nullptr));
-    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_NONE);
 }
 
 xcb_window_t rootWindow(xcb_connection_t* connection) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string_view>
 
 #include <QtCore/QPoint>
 #include <QtCore/QRect>
@@ -20,9 +19,6 @@ namespace noctra {
 
 /// Qt's own connection; null where Qt does not run on an X server.
 [[nodiscard]] xcb_connection_t* qtXConnection();
-/// XCB_NONE where the server does not answer. A round trip.
-[[nodiscard]] xcb_atom_t internAtom(xcb_connection_t* connection, std::string_view name);
-
 /// XCB_NONE where there is no connection.
 [[nodiscard]] xcb_window_t rootWindow(xcb_connection_t* connection);
 /// The whole X screen as it is now; empty where the server does not answer.

@@ -6,7 +6,7 @@
 
 #include <xcb/xcb.h>
 
-#include "platform/linux/XConnection.h"
+#include "platform/linux/Xcb.h"
 #include "platform/linux/tray/PixelRect.h"
 
 namespace noctra {

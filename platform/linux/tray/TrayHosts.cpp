@@ -4,7 +4,7 @@
 
 #include <QtCore/QCoreApplication>
 
-#include "platform/linux/XConnection.h"
+#include "platform/linux/Xcb.h"
 #include "platform/linux/sessionbus/SessionBusLink.h"
 #include "platform/linux/tray/QtX11.h"
 
@@ -52,11 +52,8 @@ bool TrayHosts::takeReplacement() {
 
 bool TrayHosts::hasEmbeddingHost() const {
     xcb_connection_t* const connection = qtXConnection();
-    if (connection == nullptr || selection_ == XCB_NONE)
-        return false;
-    const XcbReply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
-        connection, xcb_get_selection_owner(connection, selection_), nullptr));
-    return reply && reply->owner != XCB_NONE;
+    return connection != nullptr && selection_ != XCB_NONE &&
+           selectionOwner(connection, selection_) != XCB_NONE;
 }
 
 /// A tray announces itself to all of the root's clients when it takes the selection; settings
