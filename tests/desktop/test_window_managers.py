@@ -12,6 +12,7 @@ from desk import wait_until
 from panel import TITLE, Hands
 
 ALL_WORKSPACES = 0xFFFFFFFF
+WORKSPACES = 5  # nobody's default
 
 
 class WindowManager:
@@ -24,7 +25,9 @@ class WindowManager:
         assert wait_until(lambda: desk.bus.has("org.xfce.Xfconf"))
         desk.run(*command)
         assert wait_until(lambda: self.root.get_full_property(self.atom("_NET_SUPPORTING_WM_CHECK"), 0))
-        self.ask("_NET_NUMBER_OF_DESKTOPS", 4)
+        # Until it has come up what it is asked, windows included, may be lost on it.
+        assert wait_until(lambda: self.ask("_NET_NUMBER_OF_DESKTOPS", WORKSPACES) or
+                          self.number(self.root, "_NET_NUMBER_OF_DESKTOPS") == WORKSPACES)
 
     def ask(self, what, *values, window=None):
         """As a pager does."""
