@@ -4,6 +4,8 @@
 #include <utility>
 
 #include "platform/linux/ServerMark.h"
+#include "platform/linux/calibration/ColordProfiles.h"
+#include "platform/linux/calibration/IccProfileProperty.h"
 
 namespace noctra {
 
@@ -17,12 +19,19 @@ constexpr std::uint16_t watchedChanges =
     XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
     XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE | XCB_RANDR_NOTIFY_MASK_OUTPUT_PROPERTY;
 
+std::vector<std::unique_ptr<ProfileSource>> profileSources(const RandrConnection& connection) {
+    std::vector<std::unique_ptr<ProfileSource>> sources;
+    sources.push_back(std::make_unique<ColordProfiles>());
+    sources.push_back(std::make_unique<IccProfileProperty>(connection.xcb.get(), connection.root));
+    return sources;
+}
+
 } // namespace
 
 RandrDisplays::RandrDisplays(RandrConnection connection, std::unique_ptr<TableRecord> record,
                              Log& log)
     : log_(log), connection_(std::move(connection)), record_(std::move(record)),
-      properties_(connection_.xcb.get()), calibration_(connection_.xcb.get(), connection_.root),
+      properties_(connection_.xcb.get()), calibration_(profileSources(connection_)),
       recordIsOfThisServer_(markServer(connection_)) {
     xcb_randr_select_input(connection_.xcb.get(), connection_.root, watchedChanges);
     refreshScreens();
@@ -297,7 +306,7 @@ void RandrDisplays::calibrate(Screen& screen) {
     if (screen.calibrationSource.empty() && isOurs && own != *current)
         log_.log(name + "took off the filter that an earlier run had left on it");
     std::string source = "as found";
-    if (auto profile = calibration_.tablesFor(screen.randr.output, screen.randr.name,
+    if (auto profile = calibration_.tablesFor({screen.randr.name, screen.randr.output},
                                               screen.randr.gammaSize)) {
         source = std::move(profile->source);
         if (!isSameCalibration(profile->tables, own))

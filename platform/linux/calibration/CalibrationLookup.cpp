@@ -2,20 +2,25 @@
 
 #include <utility>
 
-#include "platform/linux/calibration/IccProfileProperty.h"
-#include "platform/linux/calibration/ProfileFile.h"
 #include "platform/linux/calibration/VcgtTables.h"
 
 namespace noctra {
 
-std::optional<CalibrationLookup::Found> CalibrationLookup::tablesFor(xcb_randr_output_t output,
-                                                                     std::string_view name,
-                                                                     std::size_t entries) {
-    if (const std::string file = colord_.defaultProfileFile(name); !file.empty())
-        if (auto tables = vcgtTables(readProfileFile(file), entries))
-            return Found{std::move(*tables), "colord: " + file};
-    if (auto tables = vcgtTables(iccProfileOf(connection_, root_, output), entries))
-        return Found{std::move(*tables), "_ICC_PROFILE"};
+CalibrationLookup::CalibrationLookup(std::vector<std::unique_ptr<ProfileSource>> sources)
+    : sources_(std::move(sources)) {}
+
+void CalibrationLookup::beginPass(std::chrono::milliseconds budget) {
+    for (const auto& source : sources_)
+        source->beginPass(budget);
+}
+
+std::optional<CalibrationLookup::Found>
+CalibrationLookup::tablesFor(const ProfileSource::Output& output, std::size_t entries) {
+    for (const auto& source : sources_) {
+        ProfileSource::Found found = source->profileOf(output);
+        if (auto tables = vcgtTables(found.profile, entries))
+            return Found{std::move(*tables), std::move(found.origin)};
+    }
     return std::nullopt;
 }
 

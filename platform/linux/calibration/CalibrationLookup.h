@@ -2,46 +2,40 @@
 
 #include <chrono>
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
-
-#include <xcb/randr.h>
-#include <xcb/xcb.h>
+#include <vector>
 
 #include "platform/linux/NativeTables.h"
-#include "platform/linux/calibration/ColordProfiles.h"
+#include "platform/linux/calibration/ProfileSource.h"
 
 namespace noctra {
 
-/// The tables that the displays' profiles call for. On the thread that uses the connection.
+/// The tables that the displays' profiles call for. On the sources' thread.
 class CalibrationLookup {
 public:
+    /// As long as the start of the program may wait for a colord that hangs.
+    static constexpr std::chrono::milliseconds defaultBudget{400};
+
     struct Found {
         NativeTables tables;
-        /// Where they come from, for a log line: "colord: /path/of/the.icc" or "_ICC_PROFILE".
-        std::string source;
+        std::string source; ///< as ProfileSource::Found::origin
     };
 
-    /// `connection` must outlive the object.
-    CalibrationLookup(xcb_connection_t* connection, xcb_window_t root)
-        : connection_(connection), root_(root) {}
+    /// `sources` in the order in which they are asked.
+    explicit CalibrationLookup(std::vector<std::unique_ptr<ProfileSource>> sources);
 
-    /// Starts a pass over the displays; see ColordProfiles for what `budget` bounds. Without it
-    /// colord is not asked.
-    void beginPass(std::chrono::milliseconds budget = ColordProfiles::defaultBudget) {
-        colord_.beginPass(budget);
-    }
+    /// Starts a pass over the displays; see ProfileSource.
+    void beginPass(std::chrono::milliseconds budget = defaultBudget);
 
-    /// The calibration of `output`, whose name is `name`, in tables of `entries` entries: that of
-    /// colord's profile, else of the profile in the X property. Nothing when neither has one.
-    [[nodiscard]] std::optional<Found> tablesFor(xcb_randr_output_t output, std::string_view name,
+    /// The calibration of `output` in tables of `entries` entries, by the first profile that has
+    /// one. Nothing when none has.
+    [[nodiscard]] std::optional<Found> tablesFor(const ProfileSource::Output& output,
                                                  std::size_t entries);
 
 private:
-    xcb_connection_t* const connection_;
-    const xcb_window_t root_;
-    ColordProfiles colord_;
+    const std::vector<std::unique_ptr<ProfileSource>> sources_;
 };
 
 } // namespace noctra

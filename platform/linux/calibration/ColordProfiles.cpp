@@ -5,6 +5,7 @@
 #include <QDBusVariant>
 #include <QVariantMap>
 
+#include "platform/linux/calibration/ProfileFile.h"
 #include "platform/linux/systembus/BoundedSystemBus.h"
 
 namespace noctra {
@@ -60,6 +61,11 @@ ColordProfiles::~ColordProfiles() = default;
 void ColordProfiles::beginPass(std::chrono::milliseconds budget) {
     running_.reset();
     bus_->beginPass(budget);
+}
+
+ColordProfiles::Found ColordProfiles::profileOf(const Output& output) {
+    const std::string file = defaultProfileFile(output.name);
+    return file.empty() ? Found() : Found{readProfileFile(file), "colord: " + file};
 }
 
 std::string ColordProfiles::defaultProfileFile(std::string_view outputName) {

@@ -12,6 +12,8 @@ namespace noctra {
 
 namespace {
 
+constexpr const char* propertyName = "_ICC_PROFILE";
+
 std::span<const std::byte> bytesAt(const void* data, int length) {
     return {static_cast<const std::byte*>(data), static_cast<std::size_t>(std::max(length, 0))};
 }
@@ -63,27 +65,30 @@ std::optional<int> monitorOf(xcb_connection_t* connection, xcb_window_t root,
 
 } // namespace
 
-IccProfile iccProfileOf(xcb_connection_t* connection, xcb_window_t root,
-                        xcb_randr_output_t output) {
+IccProfileProperty::Found IccProfileProperty::profileOf(const Output& output) {
+    return {read(output.number), propertyName};
+}
+
+IccProfile IccProfileProperty::read(xcb_randr_output_t output) const {
     // A request of an extension that the server lacks would break the connection.
-    const auto* const randr = xcb_get_extension_data(connection, &xcb_randr_id);
+    const auto* const randr = xcb_get_extension_data(connection_, &xcb_randr_id);
     if (randr == nullptr || randr->present == 0)
         return {};
 
-    const std::string name = "_ICC_PROFILE";
-    const xcb_atom_t first = internAtom(connection, name, MissingAtoms::leave);
+    const std::string name = propertyName;
+    const xcb_atom_t first = internAtom(connection_, name, MissingAtoms::leave);
     if (first != XCB_ATOM_NONE)
-        if (IccProfile profile = outputProperty(connection, output, first); !profile.empty())
+        if (IccProfile profile = outputProperty(connection_, output, first); !profile.empty())
             return profile;
 
-    const std::optional<int> monitor = monitorOf(connection, root, output);
+    const std::optional<int> monitor = monitorOf(connection_, root_, output);
     if (!monitor)
         return {};
     const xcb_atom_t property =
         *monitor == 0
             ? first
-            : internAtom(connection, name + '_' + std::to_string(*monitor), MissingAtoms::leave);
-    return property == XCB_ATOM_NONE ? IccProfile() : windowProperty(connection, root, property);
+            : internAtom(connection_, name + '_' + std::to_string(*monitor), MissingAtoms::leave);
+    return property == XCB_ATOM_NONE ? IccProfile() : windowProperty(connection_, root_, property);
 }
 
 } // namespace noctra
