@@ -12,6 +12,7 @@ using namespace std::chrono_literals;
 constexpr int mostLooks = 3;
 // Looking costs every bus some hundred milliseconds, and events come in bursts.
 constexpr auto betweenLooks = 2s;
+constexpr auto betweenLastLooks = 300ms; // when the process is finishing
 // Nor is there a look for somebody who asks on his way out.
 constexpr auto beforeFirstLook = 100ms;
 constexpr auto shortAbsence = 2s; // a change of mode; the monitor is still the same
@@ -62,7 +63,7 @@ void DisplayList::replace(std::span<const AttachedDisplay> attached, TimePoint n
 }
 
 void DisplayList::assign(const std::vector<Edid>& monitors, TimePoint now) {
-    nextLook_ = now + betweenLooks;
+    lastLook_ = now;
     std::vector<bool> taken(monitors.size(), false);
     for (const bool attached : {true, false})
         for (DisplayEntry& entry : entries_) {
@@ -107,8 +108,10 @@ std::optional<TimePoint> DisplayList::nextLook(bool finishing) const {
         // Once the process is finishing, one look is enough for a display that is away.
         const bool wanted = finishing ? pending && (!entry.goneSince || entry.looks == 0)
                                       : pending || (!entry.goneSince && entry.looks < mostLooks);
+        const TimePoint soonest = lastLook_ + (finishing ? betweenLastLooks : betweenLooks);
         if (entry.asked && wanted && (entry.lookFor || isLost(entry)))
-            next = std::min(next.value_or(TimePoint::max()), std::max(entry.nextLook, nextLook_));
+            next = std::min(next.value_or(TimePoint::max()),
+                            finishing ? soonest : std::max(entry.nextLook, soonest));
     }
     return next;
 }

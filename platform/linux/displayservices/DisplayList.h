@@ -53,7 +53,7 @@ public:
 
 private:
     std::vector<DisplayEntry> entries_;
-    TimePoint nextLook_; // no look before
+    TimePoint lastLook_;
 };
 
 } // namespace noctra::display_services
