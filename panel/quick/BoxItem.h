@@ -21,8 +21,6 @@ public:
     /// Shows `boxes`, whose origin is pixel (0, 0) of `grid`, and leaves some others there.
     void show(const PixelGrid& grid, std::vector<PixelBox>& boxes);
 
-    [[nodiscard]] int blurCount() const { return picture_.blurCount(); }
-
 protected:
     void paintPixels(QPainter& painter) override;
 

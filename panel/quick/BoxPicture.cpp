@@ -111,7 +111,6 @@ BoxPicture::Mask& BoxPicture::maskOf(std::size_t shadow) {
     shadow_.blur(mask.image, box.sigma);
     mask.sigma = box.sigma;
     mask.shape = std::move(shape);
-    ++blurCount_;
     return mask;
 }
 

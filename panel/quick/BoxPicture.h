@@ -50,9 +50,6 @@ public:
     [[nodiscard]] QRect bounds() const;
     void paint(QPainter& painter);
 
-    /// How many masks have been blurred.
-    [[nodiscard]] int blurCount() const { return blurCount_; }
-
 private:
     struct Mask {
         std::vector<PixelBox> shape; ///< what it is the mask of, without its colours
@@ -68,7 +65,6 @@ private:
     std::vector<PixelBox> boxes_;
     std::vector<Mask> masks_; ///< by the index of the shadow
     SoftShadow shadow_;
-    int blurCount_ = 0;
 };
 
 } // namespace noctra

@@ -33,8 +33,6 @@ public:
     void arrange(const PixelGrid& grid, int height, std::optional<SteadyClock::TimePoint> now);
     [[nodiscard]] bool isGliding(SteadyClock::TimePoint now) const;
 
-    [[nodiscard]] int blurCount() const { return picture_.blurCount(); }
-
 protected:
     void paintPixels(QPainter& painter) override;
 

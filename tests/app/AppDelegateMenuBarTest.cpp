@@ -154,28 +154,4 @@ TEST_F(MenuBarTest, AScreenChangeClosesThePopoverAndOpensItWhereItBelongsNow) {
     desktop.advance(Seconds(1.0)); // nothing is left that could be shown
 }
 
-TEST_F(MenuBarTest, RunsAllTheSameWhereThereIsNoItemOrNoPopover) {
-    desktop.statusBar.hasItems = false;
-    launch();
-    EXPECT_EQ(desktop.statusBar.imagesSet, 0);
-    desktop.urls.handlers->open("noctra://show");
-    EXPECT_FALSE(isShown());
-    EXPECT_EQ(desktop.log.messages.back(), "Automation command applied: show");
-
-    desktop.statusBar.hasItems = true;
-    hasPopover = false;
-    popover = nullptr;
-    launch();
-    leftClick();
-    desktop.urls.handlers->open("noctra://show");
-    desktop.displayChanges.screenParametersChanged();
-    EXPECT_EQ(desktop.statusBar.pictureName(), "/icons/off.pdf");
-
-    hasPopover = true;
-    launch();
-    popover->works = false; // it cannot be drawn
-    leftClick();
-    EXPECT_EQ(desktop.eventMonitors.pressElsewhere(), 0) << "nothing is open that could be closed";
-}
-
 } // namespace noctra

@@ -78,18 +78,6 @@ TEST_F(EngineDisplayChanges, KeepsTheTablesOfADisplayThatIsBackBeforeItsGoingIsH
     EXPECT_EQ(desktop.displays.tablesOf(2), calibratedTables(0.8F));
 }
 
-TEST_F(EngineDisplayChanges, RefreshesWithTheFilterOffButAppliesNothing) {
-    startQuietly();
-    desktop.online.ids = {7};
-    desktop.online.builtIn = {7};
-    changes().screenParametersChanged();
-    EXPECT_TRUE(engine->hasBuiltInDisplay);
-    desktop.advance(Seconds(3));
-    EXPECT_EQ(desktop.displays.count(Call::Kind::restoreCalibrated), 1U);
-    EXPECT_EQ(desktop.displays.count(Call::Kind::read), 2U);
-    EXPECT_EQ(writes(), 0U);
-}
-
 TEST_F(EngineDisplayChanges, DropsASettlePassThatTurningOffOrANewerRequestHasOvertaken) {
     startQuietly();
     engine->isEnabled = true;

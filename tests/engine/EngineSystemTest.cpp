@@ -58,18 +58,4 @@ TEST_F(EngineSystem, PollsTheBacklightEveryTwoSecondsAndAnnouncesEveryPoll) {
     EXPECT_FALSE(engine->hardwareBrightnessAvailable);
 }
 
-TEST_F(EngineSystem, AssertsTheLoginItemAgainAtEveryStart) {
-    using Status = LoginItem::Status;
-    for (const Status status :
-         {Status::enabled, Status::notRegistered, Status::requiresApproval, Status::notFound}) {
-        desktop.loginItem.state = status;
-        desktop.loginItem.calls.clear();
-        start();
-        const bool enabled = status == Status::enabled;
-        EXPECT_EQ(engine->startAtLogin, enabled);
-        EXPECT_EQ(desktop.loginItem.calls,
-                  std::vector<std::string>{enabled ? "register" : "unregister"});
-    }
-}
-
 } // namespace noctra

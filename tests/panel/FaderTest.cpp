@@ -126,19 +126,6 @@ TEST_F(FaderTest, KeysAndWheelLeaveNoHundredthOutAndReachTheEnds) {
     EXPECT_EQ(press(FaderKey::up), 57);
 }
 
-TEST_F(FaderTest, MayGoWhileItsReportsAreDelivered) {
-    element.onDragStateChanged = [this](bool dragging) {
-        heard += dragging ? "down " : "up ";
-        if (dragging) {
-            fader->mouseUp();
-            fader.reset();
-        }
-    };
-    make();
-    press(0);
-    EXPECT_EQ(takeHeard(), "down 0.5 up 0.5 ");
-}
-
 TEST_F(FaderTest, ShowsTheBindingWithinTheBoundsAndWritesNothing) {
     struct Case {
         double bound, minimum, shown;

@@ -122,22 +122,6 @@ TEST_F(ControlPanel, TheBrightnessFaderStopsAtATenthUnlessExtremeDimmingIsAllowe
     EXPECT_EQ(view->brightnessFader().minimumValue, 0.1);
 }
 
-TEST_F(ControlPanel, AnyNumberOfChangesIsOneRender) {
-    desktop.settle();
-    renders = 0;
-    view->presetButton(1).action();
-    view->statusRow().toggle();
-    EXPECT_EQ(renders, 0) << "not in the middle of a change";
-    desktop.settle();
-    EXPECT_EQ(renders, 1);
-    const auto lateFader = view->warmthFader();
-    view.reset();
-    engine.intensity = 0.2;
-    lateFader.onDragStateChanged(false); // told after the panel has gone
-    desktop.settle();
-    EXPECT_EQ(renders, 1);
-}
-
 TEST_F(ControlPanel, TheSheetComesFreshEachTimeAndOutlivesItsClosingUntilItHasLeft) {
     EXPECT_EQ(view->settings(), nullptr);
     view->toggleSettings();

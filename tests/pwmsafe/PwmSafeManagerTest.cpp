@@ -215,27 +215,6 @@ TEST_F(PwmSafe, ReassertsAfterDisplayChangesAndWakingAtMostOnceASecond) {
     EXPECT_EQ(calls, (std::vector<Call>{monitorFull, panelFull}));
 }
 
-TEST_F(PwmSafe, FollowsDisplaysWhileItIsOffWithoutTouchingTheirBrightness) {
-    start();
-    forget();
-    desktop.online.ids = {9};
-    desktop.displayChanges.screenParametersChanged();
-    EXPECT_FALSE(manager->hasControllableDisplay);
-    desktop.online.ids = {7};
-    displays[7] = {};
-    desktop.displayChanges.woke();
-    desktop.advance(Seconds(2));
-    EXPECT_FALSE(manager->hasControllableDisplay) << "a wake does not look for displays";
-    EXPECT_EQ(calls, (std::vector<Call>{{Call::Kind::ambientLight, 7, 0.0F}}));
-    desktop.displayChanges.screenParametersChanged();
-    EXPECT_TRUE(manager->hasControllableDisplay);
-    desktop.advance(Seconds(2));
-    EXPECT_EQ(calls.size(), 1U);
-    desktop.online.status = 1000;
-    desktop.displayChanges.screenParametersChanged();
-    EXPECT_FALSE(manager->hasControllableDisplay);
-}
-
 TEST_F(PwmSafe, ComesBackAtTheNextStartOrWhenADisplayCanBeChanged) {
     desktop.preferences.store("pwmSafeMode", true);
     start();

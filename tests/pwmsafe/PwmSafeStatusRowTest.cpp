@@ -57,29 +57,6 @@ TEST_F(PwmSafeRow, TheBarFollowsTheModeFromOffToLockedAndBackWhereItFails) {
     EXPECT_EQ(bar.statusWord(), "OFF");
 }
 
-TEST_F(PwmSafeRow, TheWarningFollowsTheBacklight) {
-    struct Case {
-        float backlight;
-        bool shown;
-        Color color;
-        std::string text;
-    };
-    const std::string hint = "KEEP MONITOR AT 100%\nAND THEN DIM HERE";
-    for (const Case& expected : std::vector<Case>{
-             {1.0F, false, colors::systemYellow, hint},
-             {0.85F, true, colors::systemYellow, hint},
-             {0.2F, true, colors::systemRed,
-              "DISPLAY BRIGHTNESS LOW —\nNOCTRA CANNOT REDUCE PWM HERE"},
-         }) {
-        setBacklight(expected.backlight);
-        const PwmSafeStatusRow& shown = show();
-        EXPECT_FALSE(shown.showsToggleRow());
-        EXPECT_EQ(shown.showsWarning(), expected.shown) << expected.backlight;
-        EXPECT_EQ(shown.warningColor(), expected.color) << expected.backlight;
-        EXPECT_EQ(shown.warningText(), expected.text);
-    }
-}
-
 TEST_F(PwmSafeRow, TheTooltipOpensAfterARestAndClosesAfterALeave) {
     struct Step {
         enum { text, leaveText, tip, leaveTip } what;

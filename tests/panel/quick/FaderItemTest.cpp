@@ -4,10 +4,11 @@
 #include <vector>
 
 #include <QtGui/QWheelEvent>
+#include <QtQuick/QQuickWindow>
+#include <QtTest/QTest>
 
 #include <gtest/gtest.h>
 
-#include "QuickScene.h"
 #include "panel/quick/FaderItem.h"
 #include "platform/simulated/SimulatedDesktop.h"
 
@@ -35,8 +36,9 @@ struct TestSource : FaderSource {
     [[nodiscard]] const SteadyClock& clock() const override { return desktop.steady; }
 };
 
-struct FaderItemTest : QuickScene {
-    // Where pixels of 1.25 and 1.5 times the size are not those of a point.
+struct FaderItemTest : testing::Test {
+    QQuickWindow window;
+
     static constexpr double left = 33.0;
     static constexpr double bottom = 231.0;
 
@@ -44,12 +46,11 @@ struct FaderItemTest : QuickScene {
     FaderItem item{window.contentItem()};
 
     FaderItemTest() {
+        window.resize(200, 260);
         item.setPosition({left, bottom - 200.0});
         item.setSize({141.0, 200.0});
         item.setSource(&source);
     }
-    /// Colours by the view's own points.
-    [[nodiscard]] QColor in(double x, double y) const { return at(left + x, bottom - y); }
     static QPoint pointer(double y) {
         return {static_cast<int>(left) + 70, 231 - static_cast<int>(y)};
     }
@@ -64,7 +65,9 @@ struct FaderItemTest : QuickScene {
 } // namespace
 
 TEST_F(FaderItemTest, EndsTheDragWhenThePointerOrTheFaderIsTakenAway) {
-    draw();
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    window.grabWindow();
     QTest::mousePress(&window, Qt::LeftButton, {}, pointer(100));
     item.ungrabMouse();
     EXPECT_FALSE(item.isDragging());
@@ -93,7 +96,9 @@ TEST_F(FaderItemTest, EndsTheDragWhenThePointerOrTheFaderIsTakenAway) {
 TEST_F(FaderItemTest, TakesTheWheelAndTheKeys) {
     source.minimum = 0.1;
     render();
-    draw();
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    window.grabWindow();
     item.forceActiveFocus();
     const std::vector<std::pair<int, double>> keys{
         {Qt::Key_Up, 0.51},    {Qt::Key_Left, 0.5}, {Qt::Key_PageUp, 0.6}, {Qt::Key_PageDown, 0.5},
@@ -112,23 +117,6 @@ TEST_F(FaderItemTest, TakesTheWheelAndTheKeys) {
         source.desktop.settle();
         EXPECT_EQ(source.bound, 0.4) << wanted;
     }
-}
-
-TEST_F(FaderItemTest, KeepsItsViewUntilItHasAnotherSource) {
-    const FaderNSView* view = item.view();
-    item.setHeight(240.0);
-    EXPECT_EQ(item.view(), view);
-    EXPECT_EQ(view->bounds().height, 240.0);
-    EXPECT_EQ(view->trackHeight, 160.0);
-    auto other = std::make_unique<TestSource>();
-    other->bound = 0.25;
-    item.setSource(other.get());
-    EXPECT_EQ(item.view()->trackHeight, 200.0);
-    EXPECT_EQ(item.value(), 0.25);
-    other.reset();
-    EXPECT_EQ(item.view(), nullptr);
-    draw();
-    EXPECT_TRUE(near(in(70.5, 150), grey));
 }
 
 } // namespace noctra

@@ -52,37 +52,9 @@ struct PanelBindings : PanelScene {
             most = std::max(most, opacityOf(text, child));
         return most * in->opacity();
     }
-    [[nodiscard]] static QString readout(const char* name) {
-        const QVariant value = model().property(name);
-        const QMetaObject* type = value.metaType().metaObject();
-        return type->property(type->indexOfProperty("text"))
-            .readOnGadget(value.constData())
-            .toString();
-    }
 };
 
 } // namespace
-
-TEST_F(PanelBindings, ChangesFromOutsideShowAtOnceButTheFadersGlide) {
-    engine.intensity = 0.0;
-    open();
-    EXPECT_LE(distance(power(), powerAt(0.0)), 1.6);
-    engine.isEnabled = true;
-    settle();
-    EXPECT_LE(distance(power(), powerAt(1.0)), 1.6);
-    engine.intensity = 0.5;
-    engine.brightness = 0.29;
-    settle();
-    EXPECT_EQ(readout("warmthReadout"), "3,250K");
-    EXPECT_EQ(readout("brightnessReadout"), "28%");
-    EXPECT_NEAR(cap("WARMTH"), 0.0, pixel);
-    advance(Seconds(0.3));
-    EXPECT_NEAR(cap("WARMTH"), 0.5, pixel);
-    EXPECT_NEAR(cap("BRIGHTNESS"), 0.29, pixel);
-    engine.isEnabled = false;
-    settle();
-    EXPECT_LE(distance(power(), powerAt(0.0)), 1.6);
-}
 
 TEST_F(PanelBindings, WordsCrossFadeWhereTheirChangesAnimate) {
     setControllable(true);

@@ -109,26 +109,6 @@ TEST_F(PanelFocus, SpaceAndReturnPressWhatHasTheFocus) {
     }
 }
 
-TEST_F(PanelFocus, ShowsItsRingForTheKeyboardOnly) {
-    open();
-    EXPECT_TRUE(ring().isEmpty());
-    click("EVENING");
-    EXPECT_EQ(focused(), "EVENING");
-    EXPECT_TRUE(ring().isEmpty());
-    key(Qt::Key_Tab);
-    for (const char* name : {"NIGHT", "power", "gear", "WARMTH"}) {
-        EXPECT_EQ(focused(), name);
-        const QRectF around = box(name).adjusted(-3, -3, 3, 3);
-        EXPECT_LE((ring().topLeft() - around.topLeft()).manhattanLength(), 2.0) << name;
-        EXPECT_LE((ring().bottomRight() - around.bottomRight()).manhattanLength(), 2.0) << name;
-        key(Qt::Key_Tab);
-    }
-    click("BRIGHTNESS");
-    EXPECT_TRUE(ring().isEmpty());
-    key(Qt::Key_Up);
-    EXPECT_TRUE(ring().isEmpty()) << "the fader's keys do not move the focus";
-}
-
 TEST_F(PanelFocus, EscapeClosesTheSheetFirstAndThenThePanelWithAllThatIsInIt) {
     setBacklight(0.1F);
     open();

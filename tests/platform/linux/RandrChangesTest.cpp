@@ -52,32 +52,6 @@ TEST(RandrChanges, TellWhatHappenedToWhichDisplay) {
         EXPECT_EQ(changesBetween(c.before, c.after), c.expected) << c.name;
 }
 
-TEST(LinuxDisplayChangesTest, AnnouncesBeginsThenChangesThenTheNewScreenToWhoeverIsStillThere) {
-    LinuxDisplayChanges changes;
-    std::vector<std::string> heard;
-    const auto handlers = [&](const std::string& who) {
-        return DisplayChanges::Handlers{
-            .woke = [&heard, who] { heard.push_back(who + " woke"); },
-            .screenParametersChanged = [&heard, who] { heard.push_back(who + " screen"); },
-            .reconfigured =
-                [&heard, who](DisplayId display, DisplayChangeFlags flags) {
-                    heard.push_back(who + " " + std::to_string(display) + ":" +
-                                    std::to_string(flags));
-                },
-            .brightnessControlsChanged = nullptr,
-        };
-    };
-    const AnyCancellable kept = changes.subscribe(handlers("kept"));
-    AnyCancellable dropped = changes.subscribe(handlers("dropped"));
-    dropped.cancel();
-    changes.configurationChanged({{4, displayRemoved}, {5, displayAdded}});
-    changes.configurationChanged({});
-    changes.brightnessControlsChanged();
-    changes.woke();
-    EXPECT_EQ(heard, (std::vector<std::string>{"kept 4:1", "kept 5:1", "kept 4:32", "kept 5:16",
-                                               "kept screen", "kept screen", "kept woke"}));
-}
-
 } // namespace
 
 } // namespace noctra

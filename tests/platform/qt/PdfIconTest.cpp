@@ -25,16 +25,6 @@ double coverage(const QImage& icon) {
     return sum / (icon.width() * icon.height());
 }
 
-/// The largest change of any pixel's coverage, 0 to 1.
-double largestDifference(const QImage& one, const QImage& other) {
-    double largest = 0.0;
-    for (int y = 0; y < one.height(); ++y)
-        for (int x = 0; x < one.width(); ++x)
-            largest = std::max<double>(
-                largest, std::abs(one.pixelColor(x, y).alphaF() - other.pixelColor(x, y).alphaF()));
-    return largest;
-}
-
 } // namespace
 
 TEST(PdfIcon, DrawsEachOfTheProgramsIconsOnATransparentGround) {
@@ -51,19 +41,6 @@ TEST(PdfIcon, DrawsEachOfTheProgramsIconsOnATransparentGround) {
                 EXPECT_GT(coverage(icon), 0.15) << name;
                 EXPECT_LT(coverage(icon), 0.8) << name;
             }
-}
-
-TEST(PdfIcon, KeepsItsShapeAndTakesTheColourAsATemplate) {
-    const QImage icon = drawPdfIcon(iconPath("active"), 18.0, 2.0);
-    const QImage white = tinted(icon, Qt::white);
-    EXPECT_EQ(white.devicePixelRatio(), 2.0);
-    EXPECT_LT(largestDifference(icon, white), 0.01);
-    for (int y = 0; y < white.height(); ++y)
-        for (int x = 0; x < white.width(); ++x)
-            ASSERT_TRUE(white.pixelColor(x, y).alpha() == 0 ||
-                        white.pixelColor(x, y).lightness() == 255);
-    EXPECT_NEAR(coverage(tinted(icon, QColor(0, 255, 0, 128))), coverage(icon) / 2.0, 0.01);
-    EXPECT_TRUE(tinted({}, Qt::white).isNull());
 }
 
 TEST(PdfIcon, IsNothingWhereThereIsNoDocumentOrNoRoom) {

@@ -121,14 +121,6 @@ TEST(VisibleFrame, LeavesOutWhatADockReservesOnItsMonitor) {
     }
 }
 
-TEST(VisibleFrame, LeavesOutEachOfSeveralDocksAndTheLargerOfTwoAtOneEdge) {
-    const std::vector<Dock> docks{
-        {.frame = {0, 0, 1920, 30}, .strut = at(top, 30, 0, 1919)},
-        {.frame = {0, 1040, 960, 40}, .strut = at(bottom, 40, 0, 959)},
-        {.frame = {960, 1060, 960, 20}, .strut = at(bottom, 20, 960, 1919)}};
-    EXPECT_EQ(visibleFrame(big, big, docks), (PixelRect{0, 30, 1920, 1010}));
-}
-
 } // namespace
 
 } // namespace noctra
