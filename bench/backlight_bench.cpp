@@ -11,10 +11,11 @@
 #include "bench/Allocations.h"
 #include "bench/Timing.h"
 #include "engine/ColorFilterManager.h"
-#include "platform/linux/DisplayServicesHost.h"
 #include "platform/linux/PosixLibraryLoader.h"
 #include "platform/linux/RandrDisplays.h"
+#include "platform/linux/Symbol.h"
 #include "platform/linux/backlight/SysfsBacklight.h"
+#include "platform/linux/displayservices/HostFunctions.h"
 #include "platform/simulated/SimulatedDesktop.h"
 #include "pwmsafe/DisplayServicesBridge.h"
 #include "pwmsafe/PwmSafeManager.h"
@@ -80,7 +81,15 @@ int run(const std::string& library) {
     }
     makePanel(connection);
     RandrDisplays displays(std::move(connection), TableRecord::open({}).record, desktop.log);
-    PosixLibraryLoader loader({library}, [](void*) {});
+    PosixLibraryLoader loader({library}, [&](void* opened) {
+        using namespace display_services;
+        SetDisplays* setDisplays = nullptr;
+        if (!findSymbol(opened, setDisplaysSymbol, setDisplays))
+            return;
+        displays.online().deliverTo([setDisplays](const std::vector<AttachedDisplay>& attached) {
+            setDisplays(attached.data(), attached.size());
+        });
+    });
     const DisplayServicesBridge bridge(loader);
     if (bridge.getBrightness() == nullptr || findPanel(displays.online(), bridge) == 0) {
         std::fprintf(stderr, "backlight_bench: the library finds no panel\n");
