@@ -176,10 +176,11 @@ void DisplayRegistry::beginFinishing(TimePoint now) {
 
 bool DisplayRegistry::isSettled() {
     return !panel_.isPending() && !ambientLightOff_ &&
-           std::ranges::none_of(displays_.entries(), [](const DisplayEntry& entry) {
+           std::ranges::none_of(displays_.entries(), [this](const DisplayEntry& entry) {
                const bool canBeReached =
-                   !entry.goneSince ||
-                   (entry.monitor ? !entry.brightness.isFailing() : entry.looks == 0);
+                   monitorsCanBeReached_ &&
+                   (!entry.goneSince ||
+                    (entry.monitor ? !entry.brightness.isFailing() : entry.looks == 0));
                return entry.brightness.isPending() && canBeReached;
            });
 }
@@ -271,9 +272,11 @@ void DisplayRegistry::replaceBacklight(std::optional<BacklightDevice> backlight)
             panel_.resume(*left);
 }
 
-void DisplayRegistry::monitorsFound(const std::vector<Edid>& monitors, TimePoint now) {
+void DisplayRegistry::monitorsFound(const std::optional<std::vector<Edid>>& monitors,
+                                    TimePoint now) {
     const std::lock_guard lock(mutex_);
-    displays_.assign(monitors, now);
+    monitorsCanBeReached_ = monitors.has_value();
+    displays_.assign(monitors.value_or(std::vector<Edid>()), now);
     workDone();
 }
 

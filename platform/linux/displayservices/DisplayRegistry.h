@@ -75,7 +75,8 @@ public:
     /// Takes the best backlight that there is now, else the one before, if it only cannot be read
     /// at the moment. Reads a few small files. Any thread.
     void lookForBacklight();
-    void monitorsFound(const std::vector<Edid>& monitors, TimePoint now);
+    /// Nothing: there is no way to talk to monitors.
+    void monitorsFound(const std::optional<std::vector<Edid>>& monitors, TimePoint now);
     void monitorRead(DisplayId id, std::optional<MonitorValue> value, TimePoint now);
     void monitorWriteBegins(DisplayId id);
     void monitorWritten(DisplayId id, std::uint16_t raw, bool succeeded, TimePoint now);
@@ -102,6 +103,7 @@ private:
     std::condition_variable changed_;
     bool finishing_ = false;
     DisplayList displays_;
+    bool monitorsCanBeReached_ = true; // until a look has found no way to
     PanelBrightness panel_; // one, however many panels: the kernel does not tell them apart
     std::shared_ptr<const BacklightDevice> backlight_;
     bool backlightStale_ = false; // it failed, or the displays have changed

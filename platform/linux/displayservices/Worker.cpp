@@ -112,7 +112,7 @@ void Worker::perform(const Job& job) {
 void Worker::lookForMonitors() {
     if (!monitors_ && !settings_.deviceFolder.empty())
         monitors_ = createMonitorControl(settings_.deviceFolder);
-    const auto found = monitors_ ? monitors_->detect() : std::vector<Edid>();
+    const auto found = monitors_ ? std::optional(monitors_->detect()) : std::nullopt;
     registry_.monitorsFound(found, Clock::now());
 }
 
