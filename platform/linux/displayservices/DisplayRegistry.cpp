@@ -67,17 +67,24 @@ private:
 void DisplayRegistry::replaceDisplays(std::span<const AttachedDisplay> attached, TimePoint now) {
     const std::lock_guard lock(mutex_);
     displays_.replace(attached, now);
-    for (DisplayEntry& entry : displays_.entries()) {
+    for (DisplayEntry& entry : displays_.entries())
         entry.asked = entry.asked || answers_.contains(entry.display.id);
+    // Of twins, the one that stayed where it was comes before one that may have been moved.
+    resumeFrom(OwnLevels::From::sameConnector);
+    resumeFrom(OwnLevels::From::anyConnector);
+    backlightMayHaveChanged();
+    workDone();
+}
+
+void DisplayRegistry::resumeFrom(OwnLevels::From from) {
+    for (DisplayEntry& entry : displays_.entries()) {
         if (entry.goneSince || !isMonitor(entry.display) || entry.brightness.own())
             continue;
-        if (const auto left = ownLevels_.take(levelOwnerOf(entry.display))) {
+        if (const auto left = ownLevels_.take(levelOwnerOf(entry.display), from)) {
             entry.brightness.resume(*left);
             entry.asked = true;
         }
     }
-    backlightMayHaveChanged();
-    workDone();
 }
 
 std::optional<float> DisplayRegistry::brightness(DisplayId id, TimePoint now) {
@@ -268,7 +275,7 @@ void DisplayRegistry::replaceBacklight(std::optional<BacklightDevice> backlight)
     backlight_ =
         backlight ? std::make_shared<const BacklightDevice>(*std::move(backlight)) : nullptr;
     if (backlight_ && !panel_.own())
-        if (const auto left = ownLevels_.take(panelOwner))
+        if (const auto left = ownLevels_.take(panelOwner, OwnLevels::From::sameConnector))
             panel_.resume(*left);
 }
 

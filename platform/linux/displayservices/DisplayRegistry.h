@@ -91,6 +91,7 @@ private:
     [[nodiscard]] bool isMonitor(const AttachedDisplay& display) const;
     [[nodiscard]] bool canChange(const DisplayEntry* entry) const;
     [[nodiscard]] bool isSettled();
+    void resumeFrom(OwnLevels::From from);
     void workDone();
     void replaceBacklight(std::optional<BacklightDevice> backlight);
     void backlightMayHaveChanged();

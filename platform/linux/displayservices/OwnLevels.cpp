@@ -73,10 +73,10 @@ bool OwnLevels::hasLeftOvers() const {
     return !leftOvers_.empty();
 }
 
-std::optional<OwnLevel> OwnLevels::take(const LevelOwner& owner) {
+std::optional<OwnLevel> OwnLevels::take(const LevelOwner& owner, From from) {
     const std::lock_guard lock(mutex_);
     auto found = leftOvers_.find(owner);
-    if (found == leftOvers_.end())
+    if (found == leftOvers_.end() && from == From::anyConnector)
         found = std::ranges::find_if(
             leftOvers_, [&](const auto& entry) { return entry.first.first == owner.first; });
     if (found == leftOvers_.end())
@@ -87,9 +87,15 @@ std::optional<OwnLevel> OwnLevels::take(const LevelOwner& owner) {
 }
 
 void OwnLevels::save(const std::function<Map()>& levels) {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard turn(turn_);
+    // First: what is taken over meanwhile is in both, and not in neither.
+    Map left;
+    {
+        const std::lock_guard lock(mutex_);
+        left = leftOvers_;
+    }
     Map all = levels();
-    all.insert(leftOvers_.begin(), leftOvers_.end());
+    all.merge(left);
     if (file_.empty() || all == saved_ || !write(all))
         return;
     saved_ = std::move(all);

@@ -38,22 +38,22 @@ public:
 
     /// Earlier runs have left levels that nobody has taken so far.
     [[nodiscard]] bool hasLeftOvers() const;
-    /// Takes over what an earlier run has left of `owner`: the level from the same connector, else
-    /// one from another.
-    [[nodiscard]] std::optional<OwnLevel> take(const LevelOwner& owner);
+    enum class From { sameConnector, anyConnector };
+    /// Takes over what an earlier run has left of `owner`. Does not wait for the disk.
+    [[nodiscard]] std::optional<OwnLevel> take(const LevelOwner& owner, From from);
     /// Makes the file say what `levels` returns, and what nobody has taken. Where it does already
     /// nothing is written. Waits for the disk. Where the file cannot be written, that is tried
-    /// again with the next call.
+    /// again with the next call. `levels` may wait for those who call the operations above.
     void save(const std::function<Map()>& levels);
 
 private:
     [[nodiscard]] bool write(const Map& levels) const;
 
     const std::string file_;
+    std::mutex turn_; // of save
+    Map saved_;       // what the file says; guarded by turn_
     mutable std::mutex mutex_;
-    // Guarded by mutex_:
-    Map leftOvers_;
-    Map saved_; // what the file says
+    Map leftOvers_; // guarded by mutex_
 };
 
 } // namespace noctra::display_services

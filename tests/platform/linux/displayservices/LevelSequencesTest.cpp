@@ -3,11 +3,13 @@
 
 #include <filesystem>
 #include <random>
+#include <thread>
 
 #include <gtest/gtest.h>
 
 #include "platform/linux/displayservices/DisplayRegistry.h"
 #include "tests/platform/linux/backlight/BacklightFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace noctra::display_services {
 
@@ -264,6 +266,36 @@ private:
     bool eventful_ = false;
     std::map<DisplayId, float> records_;
 };
+
+TEST(LevelSequences, BeginWithWhatAnEarlierRunHasLeftOfOneOfTwoTwins) {
+    const test::TemporaryFolder folder;
+    const OwnLevels::Map left{{{"edid-a7b537c5", "DP-2"}, {70, 100}}};
+    OwnLevels(folder / "own").save([&] { return left; });
+    OwnLevels levels(folder / "own");
+    News news;
+    EventDescriptor wake;
+    DisplayRegistry registry(news, wake, levels, {true, folder / "none"});
+    const std::vector<AttachedDisplay> twins{{.id = 1, .edid = Edid{}, .connector = "DP-1"},
+                                             {.id = 2, .edid = Edid{}, .connector = "DP-2"}};
+    registry.replaceDisplays(twins, TimePoint(1h));
+    EXPECT_EQ(registry.levelsToKeep(), left);
+}
+
+/// Saving asks the registry, and the registry asks for what earlier runs have left.
+TEST(LevelSequences, NeverMakeTheCallerAndTheWorkerWaitForEachOther) {
+    OwnLevels levels("");
+    News news;
+    EventDescriptor wake;
+    DisplayRegistry registry(news, wake, levels, {true, "/none"});
+    const std::vector<AttachedDisplay> one{{.id = 1, .edid = Edid{}, .connector = "DP-1"}};
+    std::thread worker([&] {
+        for (int i = 0; i < 20000; ++i)
+            levels.save([&] { return registry.levelsToKeep(); });
+    });
+    for (int i = 0; i < 20000; ++i)
+        registry.replaceDisplays(one, TimePoint(1h));
+    worker.join();
+}
 
 TEST(LevelSequences, EndWithEveryDisplayAtTheLevelThatIsAskedFor) {
     for (unsigned int seed = 0; seed < 100 && !testing::Test::HasFailure(); ++seed) {

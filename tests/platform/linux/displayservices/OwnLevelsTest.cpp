@@ -10,6 +10,8 @@ namespace noctra::display_services {
 
 namespace {
 
+using From = OwnLevels::From;
+
 const LevelOwner here{"edid-1", "DP-1"};
 const LevelOwner there{"edid-1", "DP-2"};
 const LevelOwner other{"edid-2", "DP-1"};
@@ -28,15 +30,17 @@ TEST(OwnLevels, AreOnDiskForTheNextRunUntilTheyHaveBeenPutBack) {
     }
     OwnLevels next(file);
     EXPECT_TRUE(next.hasLeftOvers());
-    EXPECT_EQ(next.take(there), (OwnLevel{70, 100})) << "it may have been moved";
-    EXPECT_EQ(next.take(here), std::nullopt) << "only once";
+    EXPECT_EQ(next.take(there, From::sameConnector), std::nullopt);
+    EXPECT_EQ(next.take(there, From::anyConnector), (OwnLevel{70, 100}))
+        << "it may have been moved";
+    EXPECT_EQ(next.take(here, From::anyConnector), std::nullopt) << "only once";
     next.save([] { return OwnLevels::Map{{there, {70, 100}}}; });
     OwnLevels third(file);
-    EXPECT_EQ(third.take(other), (OwnLevel{0, 65535}))
+    EXPECT_EQ(third.take(other, From::sameConnector), (OwnLevel{0, 65535}))
         << "a display that was away is not forgotten";
     third.save([] { return OwnLevels::Map{}; });
-    EXPECT_EQ(OwnLevels(file).take(there), (OwnLevel{70, 100}));
-    EXPECT_TRUE(third.take(there));
+    EXPECT_EQ(OwnLevels(file).take(there, From::sameConnector), (OwnLevel{70, 100}));
+    EXPECT_TRUE(third.take(there, From::sameConnector));
     third.save([] { return OwnLevels::Map{}; });
     EXPECT_FALSE(std::filesystem::exists(file));
 }
@@ -45,9 +49,9 @@ TEST(OwnLevels, LeaveOutWhatMakesNoSense) {
     const test::TemporaryFolder folder;
     const std::string file = folder / "own-levels";
     test::writeFile(file, "edid-1 DP-1 70\nx\n\nedid-2 DP-1 101 100\nedid-3 DP-1 1 0\n"
-                             "edid-4 DP-1 -1 5\nedid-5 DP-1 1 2 3\nedid-1 DP-2 40 80\n\x80\xff");
+                          "edid-4 DP-1 -1 5\nedid-5 DP-1 1 2 3\nedid-1 DP-2 40 80\n\x80\xff");
     OwnLevels levels(file);
-    EXPECT_EQ(levels.take(here), (OwnLevel{40, 80}));
+    EXPECT_EQ(levels.take(here, From::anyConnector), (OwnLevel{40, 80}));
     EXPECT_FALSE(levels.hasLeftOvers());
     EXPECT_FALSE(OwnLevels("").hasLeftOvers());
 }
