@@ -294,10 +294,10 @@ void DisplayRegistry::monitorRead(DisplayId id, std::optional<MonitorValue> valu
     workDone();
 }
 
-void DisplayRegistry::monitorWriteBegins(DisplayId id) {
+bool DisplayRegistry::monitorWriteBegins(DisplayId id, std::uint16_t raw) {
     const std::lock_guard lock(mutex_);
-    if (DisplayEntry* entry = displays_.find(id))
-        entry->brightness.writeBegins();
+    DisplayEntry* entry = displays_.find(id);
+    return entry != nullptr && entry->brightness.writeBegins(raw);
 }
 
 void DisplayRegistry::monitorWritten(DisplayId id, std::uint16_t raw, bool succeeded,

@@ -78,7 +78,8 @@ public:
     /// Nothing: there is no way to talk to monitors.
     void monitorsFound(const std::optional<std::vector<Edid>>& monitors, TimePoint now);
     void monitorRead(DisplayId id, std::optional<MonitorValue> value, TimePoint now);
-    void monitorWriteBegins(DisplayId id);
+    /// False: the write of `raw` is wished for no more.
+    [[nodiscard]] bool monitorWriteBegins(DisplayId id, std::uint16_t raw);
     void monitorWritten(DisplayId id, std::uint16_t raw, bool succeeded, TimePoint now);
     void ambientLightDone(bool off);
     [[nodiscard]] bool isPanelDue(TimePoint now);

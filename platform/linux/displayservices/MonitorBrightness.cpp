@@ -44,7 +44,7 @@ bool MonitorBrightness::isFailing() const {
 }
 
 bool MonitorBrightness::canChange() const {
-    return reading_ && !isFailing();
+    return reading_ && (current_ || wanted_) && !isFailing();
 }
 
 std::optional<float> MonitorBrightness::brightness(TimePoint now) {
@@ -69,6 +69,7 @@ void MonitorBrightness::want(float level, bool putBack, TimePoint now) {
     if (wanted_ != level)
         retries_.reset();
     wanted_ = level;
+    putBack_ = putBack;
     resumed_ = false;
     if (isThere(now, false))
         fulfilled();
@@ -77,12 +78,15 @@ void MonitorBrightness::want(float level, bool putBack, TimePoint now) {
 void MonitorBrightness::resume(const OwnLevel& own) {
     own_ = own;
     wanted_ = own.fraction();
+    putBack_ = true;
     resumed_ = true;
 }
 
 void MonitorBrightness::wantOwn(TimePoint now) {
     if (own_)
-        want(own_->fraction(), false, now);
+        want(own_->fraction(), true, now);
+    else if (!putBack_)
+        wanted_.reset(); // and nothing has been written for it
 }
 
 void MonitorBrightness::expectQuestion(TimePoint now) {
@@ -167,11 +171,20 @@ void MonitorBrightness::compareWithWish(TimePoint now) {
     }
 }
 
+/// What the monitor is to have in the end; by its own buttons it may get other levels meanwhile.
+void MonitorBrightness::recordOwn() {
+    if (own_)
+        return;
+    own_ = OwnLevel{putBack_ ? rawOf(*wanted_) : reading_->raw, reading_->maximum};
+    answeredOwn_ = answered_;
+}
+
 void MonitorBrightness::fulfilled() {
+    recordOwn();
     wanted_.reset();
     written_.reset();
     retries_.reset();
-    if (own_ && reading_->raw == rawOf(own_->fraction())) {
+    if (putBack_ && reading_->raw == rawOf(own_->fraction())) {
         own_.reset();
         answeredOwn_.reset();
     }
@@ -198,14 +211,14 @@ void MonitorBrightness::readFailed(TimePoint now) {
     }
 }
 
-void MonitorBrightness::writeBegins() {
-    if (!own_) {
-        own_ = OwnLevel{reading_->raw, reading_->maximum};
-        answeredOwn_ = answered_;
-    }
+bool MonitorBrightness::writeBegins(std::uint16_t raw) {
+    if (!wanted_ || rawOf(*wanted_) != raw)
+        return false;
+    recordOwn();
     current_ = false;
     written_.reset();
     answered_.reset();
+    return true;
 }
 
 void MonitorBrightness::writeDone(std::uint16_t raw, bool succeeded, TimePoint now) {

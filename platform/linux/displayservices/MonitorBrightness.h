@@ -48,17 +48,18 @@ public:
     void want(float level, bool putBack, TimePoint now);
     /// An earlier run ended before it had put back this level, the monitor's own.
     void resume(const OwnLevel& own);
-    /// Wishes for the monitor's own level, if the program has changed it.
+    /// Wishes for the monitor's own level, and for nothing else.
     void wantOwn(TimePoint now);
 
-    /// The monitor has been read, and neither have the last three readings failed nor the last
+    /// `brightness` has an answer, and neither have the last three readings failed nor the last
     /// three writes.
     [[nodiscard]] bool canChange() const;
     /// The last three readings or writes have failed.
     [[nodiscard]] bool isFailing() const;
     /// A wish is being worked off.
     [[nodiscard]] bool isPending() const { return wanted_.has_value(); }
-    /// The level that the monitor had before the program's first write, until it has it again.
+    /// The level that the monitor had when the program first wished for one, until that has been
+    /// put back.
     [[nodiscard]] const std::optional<OwnLevel>& own() const { return own_; }
 
     /// Somebody asks about the monitor: what failed is tried again soon, and an old reading is
@@ -72,9 +73,9 @@ public:
     std::optional<Task> plan(TimePoint now, bool finishing);
     /// The outcome of a compare, verify or refresh; nothing: it failed.
     void readDone(std::optional<MonitorValue> value, TimePoint now);
-    /// A write is about to be made. From here to its end nothing is known of the monitor, and `own`
-    /// is what has to be kept.
-    void writeBegins();
+    /// A write of `raw` is about to be made. From here to its end nothing is known of the monitor,
+    /// and `own` is what has to be kept. False: it is wished for no more, and is not to be made.
+    [[nodiscard]] bool writeBegins(std::uint16_t raw);
     /// The outcome of a write of `raw`.
     void writeDone(std::uint16_t raw, bool succeeded, TimePoint now);
 
@@ -85,6 +86,7 @@ private:
     void forgetRawValues();
     void readFailed(TimePoint now);
     void compareWithWish(TimePoint now);
+    void recordOwn();
     void fulfilled();
 
     std::optional<MonitorValue> reading_;
@@ -92,6 +94,7 @@ private:
     bool current_ = false; // no write has begun since reading_
 
     std::optional<float> wanted_;
+    bool putBack_ = false;                 // the wish is for what it had
     std::optional<std::uint16_t> written_; // not read back yet
     std::optional<std::uint16_t> refused_; // not taken, or not found after a write
     int mismatches_ = 0;                   // readings of something else since the write

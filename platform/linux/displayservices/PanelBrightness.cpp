@@ -54,8 +54,10 @@ void PanelBrightness::resume(const OwnLevel& own) {
 }
 
 void PanelBrightness::wantOwn() {
-    if (own_ && wanted_ != own_->fraction())
+    if (own_ && (smoothly_ || wanted_ != own_->fraction()))
         want(own_->fraction(), false);
+    else if (!own_ && smoothly_)
+        fulfilled(); // nothing has been written for it
 }
 
 std::optional<float> PanelBrightness::brightness(const BacklightReading& reading) const {
@@ -99,8 +101,11 @@ std::optional<unsigned int> PanelBrightness::step(const BacklightReading& readin
         fulfilled();
     }
     resumed_ = false;
+    // What it is to have in the end; by its keys it may get other levels meanwhile.
+    if (wanted_ && !own_ && reading.setting)
+        own_ = OwnLevel{smoothly_ ? *reading.setting : rawOf(*wanted_), maximum_};
     if (wanted_ && reading.setting == rawOf(*wanted_) && !uncertain_) {
-        if (own_ && *reading.setting == rawOf(own_->fraction()))
+        if (!smoothly_ && own_ && *reading.setting == rawOf(own_->fraction()))
             own_.reset();
         fulfilled();
     }
@@ -110,8 +115,6 @@ std::optional<unsigned int> PanelBrightness::step(const BacklightReading& readin
         return reading.setting;
     }
     probing_ = false;
-    if (!own_ && reading.setting)
-        own_ = OwnLevel{*reading.setting, maximum_};
     if (!begun_)
         before_ = reading;
     const unsigned int target = rawOf(*wanted_);

@@ -21,11 +21,12 @@ public:
     void setMaximum(unsigned int maximum);
     [[nodiscard]] unsigned int maximum() const { return maximum_; }
 
-    /// Replaces what was wished for. `level` from 0.0 to 1.0; `smoothly` in small steps.
+    /// Replaces what was wished for. `level` from 0.0 to 1.0; `smoothly` in small steps, else it is
+    /// put back.
     void want(float level, bool smoothly);
     /// An earlier run ended before it had put back this level, the backlight's own.
     void resume(const OwnLevel& own);
-    /// Wishes for the backlight's own level, if the program has changed it.
+    /// Wishes for the backlight's own level, and for nothing else.
     void wantOwn();
     /// The level, 0.0 to 1.0, of a backlight that says `reading`: the wish that is being worked
     /// off, unless it is for more and the last write failed, else the setting. Where the last write
@@ -39,7 +40,8 @@ public:
     void expectQuestion();
     /// A wish is being worked off.
     [[nodiscard]] bool isPending() const { return wanted_.has_value(); }
-    /// The level that the backlight had before the first write, until it has it again.
+    /// The level that the backlight had when the program first wished for one, until that has been
+    /// put back.
     [[nodiscard]] const std::optional<OwnLevel>& own() const { return own_; }
 
     /// When the next step comes; nothing when there is none. Once the process is `finishing`, steps

@@ -93,7 +93,8 @@ void Worker::perform(const Job& job) {
         lookForMonitors();
         break;
     case Job::Kind::write: {
-        registry_.monitorWriteBegins(job.display);
+        if (!registry_.monitorWriteBegins(job.display, job.raw))
+            break;
         keepOwnLevels();
         const bool succeeded = monitors_->write(job.monitor, job.raw);
         registry_.monitorWritten(job.display, job.raw, succeeded, Clock::now());

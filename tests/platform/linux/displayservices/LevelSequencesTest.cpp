@@ -239,7 +239,8 @@ private:
     }
     void write(const Job& job) {
         Monitor& monitor = found_.at(job.monitor);
-        registry_.monitorWriteBegins(job.display);
+        if (!registry_.monitorWriteBegins(job.display, job.raw))
+            return;
         levels_.save([this] { return registry_.levelsToKeep(); });
         const bool answered = answers(monitor);
         if (answered && monitor.appliesAtOnce)

@@ -48,7 +48,7 @@ struct Desk {
         return *this;
     }
     Desk& wrote(std::uint16_t raw, bool succeeded = true) {
-        state.writeBegins();
+        EXPECT_TRUE(state.writeBegins(raw));
         state.writeDone(raw, succeeded, now);
         return *this;
     }
@@ -101,7 +101,7 @@ TEST(MonitorBrightness, IsComparedBeforeAWriteAndReadBackAfterIt) {
 
 TEST(MonitorBrightness, IsAtNothingWhileAWriteIsUnderWay) {
     Desk desk = deskAt40(1s).locks();
-    desk.state.writeBegins();
+    EXPECT_TRUE(desk.state.writeBegins(100));
     desk.putsBack(0.4F); // what the last reading has found
     EXPECT_TRUE(desk.state.isPending());
     desk.state.writeDone(100, true, desk.now);
@@ -129,6 +129,35 @@ TEST(MonitorBrightness, GetsBackWhatItHadWhereItWasTurnedBetweenTheAnswerAndTheW
         desk.after(10s).putsBack(answer).reads(60);
         EXPECT_EQ(desk.next(), "write " + std::to_string(old) + " in 50") << "only once";
     }
+}
+
+TEST(MonitorBrightness, KeepsTheLevelThatItHadWhenItWasLockedWhateverItsButtonsDoMeanwhile) {
+    Desk desk;
+    desk.reads(100).locks().locks();
+    EXPECT_EQ(desk.next(), "nothing");
+    EXPECT_EQ(desk.state.own(), (OwnLevel{100, 100}));
+    desk.after(10s).reads(50).locks().wrote(100).after(100ms).reads(100).putsBack(1);
+    EXPECT_FALSE(desk.state.own()) << "else its end would set it to 50";
+    desk.after(10s).reads(50).putsBack(1).wrote(100).after(100ms).reads(100);
+    EXPECT_FALSE(desk.state.own());
+}
+
+TEST(MonitorBrightness, IsNotWrittenToForAWishThatHasBeenReplacedBeforeTheWriteBegins) {
+    Desk desk = deskAt40(1s).locks();
+    EXPECT_EQ(desk.next(), "write 100 in 0");
+    desk.putsBack(0.4F);
+    EXPECT_FALSE(desk.state.writeBegins(100));
+    desk = deskAt40(1min).locks();
+    desk.state.wantOwn(desk.now);
+    EXPECT_EQ(desk.next(true), "nothing") << "it is not locked at the end";
+}
+
+TEST(MonitorBrightness, CanBeChangedOnceItHasAnAnswerToWhatItHasNow) {
+    Desk desk = deskAt40(1s).failsToRead().failsToRead().failsToRead();
+    desk.state.comeBack();
+    EXPECT_EQ(desk.answer(), std::nullopt);
+    EXPECT_FALSE(desk.state.canChange()) << "it would be locked and never put back";
+    EXPECT_TRUE(desk.reads(40).state.canChange());
 }
 
 TEST(MonitorBrightness, IsTriedAgainAfterGrowingPausesAndSoonWhereSomebodyAsks) {

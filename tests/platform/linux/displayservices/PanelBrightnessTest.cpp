@@ -64,6 +64,8 @@ TEST(PanelBrightness, TurnsRoundWhereANewerWishComes) {
     backlight.state.want(0.4F, true);
     EXPECT_EQ(backlight.run(1s).size(), 10U);
     EXPECT_EQ(backlight.value, 400U);
+    backlight.state.want(0.4F, false);
+    EXPECT_EQ(backlight.run(1s), Values());
     EXPECT_FALSE(backlight.state.own());
     backlight.state.want(1, true);
     backlight.run(60ms);
@@ -96,12 +98,31 @@ TEST(PanelBrightness, IsWhatItIsSetToWhateverScaleTheHardwareCountsOn) {
     }
 }
 
+TEST(PanelBrightness, KeepsTheLevelThatItHadWhenItWasLockedWhateverItsKeysDoMeanwhile) {
+    Backlight backlight;
+    backlight.value = 1000;
+    for (const unsigned int byHand : {1000U, 500U}) {
+        backlight.value = byHand;
+        backlight.state.want(1, true);
+        backlight.run(1s);
+        EXPECT_EQ(backlight.value, 1000U);
+        EXPECT_EQ(backlight.state.own(), (OwnLevel{1000, 1000}));
+    }
+    backlight.value = 500;
+    backlight.state.want(1, false);
+    EXPECT_EQ(backlight.run(1s), (Values{1000}));
+    EXPECT_FALSE(backlight.state.own()) << "else its end would set it to 500";
+    backlight.state.want(1, true);
+    backlight.state.wantOwn();
+    EXPECT_EQ(backlight.run(1s, true), Values());
+}
+
 TEST(PanelBrightness, IsTriedUntilItTakesAValueAndThenCanBeChangedAgain) {
     Backlight backlight;
     backlight.state.expectQuestion();
     EXPECT_EQ(backlight.run(1ms), (Values{400})) << "nobody knows yet whether it can be written";
     backlight.fails = true;
-    backlight.state.want(1, false);
+    backlight.state.want(1, true);
     EXPECT_EQ(backlight.run(250ms).size(), 2U) << "spaced";
     EXPECT_TRUE(backlight.state.canChange());
     EXPECT_EQ(backlight.state.brightness(backlight.reading()), 0.4F) << "nothing is claimed";
