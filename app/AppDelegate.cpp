@@ -78,7 +78,8 @@ void AppDelegate::runSelfTest() {
 void AppDelegate::openOnFirstRun() {
     if (services_.preferences.boolForKey(firstRunKey))
         return;
-    // Before anything is shown: whatever goes wrong with that must not come back at every start.
+    // Stored before the panel is shown, so that a failure to show it does not come back at every
+    // start.
     services_.preferences.setBool(firstRunKey, true);
     services_.preferences.flush();
     firstRun_.schedule(Seconds(0.0));

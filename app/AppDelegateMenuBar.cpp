@@ -115,7 +115,7 @@ Menu AppDelegate::quitMenu() {
 void AppDelegate::showRightClickMenu() {
     statusItem_->setMenu(quitMenu());
     button()->performClick();
-    // Where a menu that is attached takes the left clicks too it must go again.
+    // Desktops on which the button opens the menu give an attached menu the left clicks, too.
     if (!statusItem_->desktopOpensMenu())
         menuDetachment_.schedule(Seconds(0.0));
 }

@@ -59,7 +59,8 @@ void ColorFilterManager::displayReconfigured(DisplayId display, DisplayChangeFla
     if ((flags & displayRemoved) != 0) {
         services_.log.log(name + " disconnected - cleaning up");
         gammaQueue_.async([this, display] {
-            // One that is back by now may have the filter on it again, and must not be left so.
+            // A display that is attached again by now may have the filter on it, and needs its
+            // captured tables to lose it.
             formAttachedSetUnsafe();
             if (!std::binary_search(attached_.begin(), attached_.end(), display))
                 originalGammas_.erase(display);

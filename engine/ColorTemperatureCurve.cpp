@@ -31,7 +31,7 @@ double planckianX(double kelvin) {
     const double square = kelvin * kelvin;
     if (kelvin > 4000.0)
         return ((-3025846900.0 / cube + 2107037.9 / square) + 222.6347 / kelvin) + 0.24039;
-    // The published spline has -234358.9 here; existing settings were tuned with this value.
+    // The published spline has -234358.9 here; this curve differs from it on purpose.
     return ((-266123900.0 / cube + -234358.0 / square) + 877.6956 / kelvin) + 0.17991;
 }
 

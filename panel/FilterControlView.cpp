@@ -82,7 +82,7 @@ std::string FilterControlView::percentText() const {
 }
 
 bool FilterControlView::isActive(const Preset& preset) const {
-    // While the fader is held it passes the presets by.
+    // A preset does not light up while the fader is dragged past it.
     return !isWarmthDragging_ &&
            std::abs(filterManager_.intensity - preset.intensity) < presetTolerance;
 }

@@ -90,7 +90,8 @@ public:
     void insertSublayer(std::shared_ptr<Layer> layer, std::size_t index);
     void removeFromSuperlayer();
 
-    /// `host` may be null and must outlive the layer or be taken back. Heard of at the root only.
+    /// `host` may be null and must outlive the layer or be taken back. Only the root tells its
+    /// host.
     void setHost(LayerHost* host) { host_ = host; }
 
 private:

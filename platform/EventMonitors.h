@@ -12,8 +12,8 @@ public:
     virtual ~EventMonitors() = default;
 
     /// Calls `pressed` after each press of the left or right button that went to another program,
-    /// until the token is dropped, which `pressed` itself may do. Presses are not kept from whom
-    /// they were for. An inactive token where the desktop does not tell.
+    /// until the token is dropped, which `pressed` itself may do. The other program gets its
+    /// press all the same. An inactive token where the desktop does not tell.
     [[nodiscard]] virtual AnyCancellable addGlobalMonitor(std::function<void()> pressed) = 0;
 };
 

@@ -15,8 +15,8 @@ namespace {
 constexpr std::size_t mostDisplays = 16;
 constexpr Seconds displaysChangedDelay{0.45};
 constexpr Seconds wakeDelay{1.5};
-// Longer than the throttle of re-asserts: one that came just before cannot have known the display
-// that can be changed now, one that comes meanwhile does.
+// Longer than the throttle of re-asserts, so that one made just before, which did not know the new
+// display, does not hold back the one made for it.
 constexpr Seconds controlsChangedDelay{1.1};
 
 } // namespace
@@ -66,7 +66,8 @@ void PwmSafeManager::brightnessControlsChanged() {
                                        if (manager.expired())
                                            return;
                                        disableALCForControllableDisplays();
-                                       // Enabling in vain would be remembered as switched off.
+                                       // Enabled without a display that can be changed, the mode
+                                       // would be stored as off.
                                        refreshControllableDisplays();
                                        if (resumesLater_ && hasControllableDisplay_)
                                            isEnabled = true;

@@ -43,9 +43,9 @@ bool LinuxPopover::isShown() const {
 void LinuxPopover::show(const StatusItemButton&) {
     const TraySurroundings around = parts_.item.surroundings();
     if (around.screen() == nullptr)
-        return; // nor is there anybody to see it
+        return; // there is no screen to show it on
     if (!isShown())
-        parts_.panel.close(); // it may be hidden
+        parts_.panel.close(); // a window that a window manager has hidden is made anew
     const bool wasShown = parts_.panel.isShown();
     place_ = around.popoverPlace(size_);
     isAtClick_ = around.isAtClick();

@@ -119,7 +119,7 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
         return complaint.empty() ? 0 : failToRun(complaint);
     }
     if (!complaint.empty())
-        static_cast<void>(failToRun(complaint)); // it runs all the same
+        static_cast<void>(failToRun(complaint)); // says so; the program runs
 
     static SharedLog log;
     const DisplayService service = chooseDisplays(log);
@@ -237,7 +237,7 @@ int runLinuxProgram(PosixProcess& process, int argc, char** argv,
     AnyCancellable serverWatch;
     const auto hearTheServer = [&] {
         if (!serverWatch.isActive())
-            return; // it is gone, and that has been said
+            return; // the server has gone, which has been reported
         const RandrDisplays::News news = displays.processEvents();
         if (!news.serverGone.empty()) {
             serverWatch.cancel();

@@ -23,7 +23,7 @@ FaderItem::~FaderItem() {
     if (view_ == nullptr)
         return;
     view_->layer()->setHost(nullptr);
-    view_->cancelDrag(); // the panel must not take it for one that goes on
+    view_->cancelDrag(); // else the panel would wait for the end of the drag
 }
 
 void FaderItem::setSource(FaderSource* source) {

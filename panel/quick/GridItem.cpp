@@ -29,7 +29,7 @@ void GridItem::geometryChange(const QRectF& newGeometry, const QRectF& oldGeomet
 
 void GridItem::followFrames(QQuickWindow* window) {
     disconnect(frames_);
-    // Nobody tells an item that one of its ancestors has moved.
+    // Qt does not tell an item that one of its ancestors has moved.
     if (window != nullptr)
         frames_ = connect(window, &QQuickWindow::afterAnimating, this, [this] {
             if (isVisible() && takeGrid())

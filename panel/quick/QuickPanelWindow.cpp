@@ -20,7 +20,7 @@ namespace {
 
 const QUrl panelFile(QStringLiteral("qrc:/qt/qml/Noctra/Panel/PopoverRootView.qml"));
 
-// What Qt draws on has no palette: of fewer bits per pixel it would only complain, line by line.
+// On a screen with fewer bits per pixel Qt draws nothing and logs a complaint for each line.
 constexpr int leastDepth = 15;
 
 bool movesFocus(int key) {
@@ -42,8 +42,8 @@ void QuickPanelWindow::show(const PanelPlace& place) {
                           std::to_string(screen->depth()) + " bits per pixel");
         return;
     }
-    // A window that was shown before is not shown again: window managers have plans of their own
-    // with one that they have hidden.
+    // A hidden window is not shown again but made anew: window managers do not always bring one
+    // back that they have hidden.
     if (view_ && !view_->isVisible())
         freeScene();
     if (!view_)
@@ -56,14 +56,14 @@ void QuickPanelWindow::show(const PanelPlace& place) {
         return;
     }
     const QRect box(place.x, place.y, place.width, place.height);
-    // On the display's own scale, also before there is a window.
+    // The scene has the scale of this screen before the window exists.
     if (QScreen* const screen = QGuiApplication::screenAt(box.center()))
         view_->setScreen(screen);
     view_->setMinimumSize(box.size());
     view_->setMaximumSize(box.size());
     view_->setGeometry(box);
     if (view_->isVisible())
-        return; // moved; whoever has the keyboard keeps it
+        return; // only moved: the focus stays where it is
     if (services_.windowMade)
         services_.windowMade(view_->winId());
     view_->show();
@@ -74,7 +74,7 @@ void QuickPanelWindow::show(const PanelPlace& place) {
 void QuickPanelWindow::build() {
     model_ = std::make_unique<PanelModel>(services_, state_);
     view_ = std::make_unique<QQuickView>();
-    // A tool window has the keyboard under every window manager, and no entry among the tasks.
+    // Every window manager gives a tool window the focus, and no entry among the tasks.
     view_->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     view_->setTitle(model_->title());
     view_->setColor(model_->bgDeep());
@@ -94,7 +94,7 @@ void QuickPanelWindow::close() {
     if (!view_)
         return;
     view_->hide();
-    // Not now: an item of the scene may be asking.
+    // Later: the call may come from an item of the scene.
     QMetaObject::invokeMethod(
         this,
         [this] {
@@ -105,8 +105,8 @@ void QuickPanelWindow::close() {
 }
 
 void QuickPanelWindow::freeScene() {
-    // Once more: a press that was under way when it was hidden has made Qt remember the window as
-    // the one with the pressed button, and Qt forgets that at a hide() only, not at the end.
+    // Hidden once more: a press that was under way when it was hidden leaves it noted in Qt as the
+    // window with the pressed button, which hide() clears and the destructor does not.
     view_->hide();
     view_.reset();
     model_.reset();
@@ -126,7 +126,7 @@ bool QuickPanelWindow::eventFilter(QObject* watched, QEvent* event) {
         return QObject::eventFilter(watched, event);
     switch (event->type()) {
     case QEvent::Close:
-        // Taken as done, since a refusal would keep the whole program from ending.
+        // Not refused: a window that refuses to close keeps the program from ending.
         askToClose();
         return true;
     case QEvent::KeyPress:

@@ -40,8 +40,8 @@ std::string LogindSignals::subscribe(const Connection& connection, LogindSignals
     if (const auto reason = whyBusIsSilent(systemBusAddress(), connection.answerTime);
         !reason.empty())
         return "no system bus (" + reason + ")";
-    // By kind and not by address: told an address, QtDBus aborts the process where a bus accepts
-    // but does not register it.
+    // As the system bus and not by its address: by address, QtDBus aborts the process where a bus
+    // accepts the connection but does not register it.
     auto bus = QDBusConnection::connectToBus(QDBusConnection::SystemBus, connection.name);
     if (!bus.isConnected())
         return "no system bus (" + bus.lastError().message().toStdString() + ")";

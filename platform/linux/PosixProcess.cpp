@@ -73,7 +73,7 @@ PosixProcess::PosixProcess() : state_(std::make_unique<State>()) {
         sigaddset(&state_->taken, SIGHUP);
     sigaddset(&state_->taken, crashNotice());
     pthread_sigmask(SIG_BLOCK, &state_->taken, nullptr);
-    // Both now: on the way out there may be no thread to be had.
+    // Both threads start now: on the way out the system may refuse to make one.
     state_->taker = std::thread([this] { takeSignals(); });
     state_->watchdog = std::thread([this] { watch(); });
     handCrashesTo(state_->taker.native_handle());
@@ -114,7 +114,7 @@ void PosixProcess::watch() {
     std::this_thread::sleep_until(deadline);
     if (lastResort)
         lastResort();
-    // Another thread may have waited for the same, and be about to end the process in good order.
+    // A thread that was stuck until now may be about to end the process in good order.
     std::this_thread::sleep_for(lastChance);
     ::_exit(status);
 }

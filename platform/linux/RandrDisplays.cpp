@@ -35,7 +35,7 @@ RandrDisplays::RandrDisplays(RandrConnection connection, std::unique_ptr<TableRe
       recordIsOfThisServer_(markServer(connection_)) {
     xcb_randr_select_input(connection_.xcb.get(), connection_.root, watchedChanges);
     refreshScreens();
-    changes_.clear(); // the first look at the displays is none
+    changes_.clear(); // what the first look finds is no change
 }
 
 RandrDisplays::~RandrDisplays() = default;
@@ -53,7 +53,7 @@ RandrDisplays::News RandrDisplays::processEvents() {
         refreshScreens();
     News news{std::exchange(changeToReport_, false), std::exchange(changes_, {}),
               connectionError(connection_.xcb.get())};
-    drainEvents(false); // what came in with the replies is the next news
+    drainEvents(false); // events that came in with the replies are the next news
     return news;
 }
 
@@ -94,7 +94,7 @@ Displays::Status RandrDisplays::readTables(DisplayId display, GammaTables& table
     sampleNativeTables(own, tables);
     sampleCount = gammaTableSize;
     captured_.capture(display, CapturedTables{std::move(own), tables});
-    drainEvents(false); // what came in with the reply
+    drainEvents(false); // events that came in with the reply
     return 0;
 }
 
@@ -140,13 +140,13 @@ void RandrDisplays::restoreCalibratedTables() {
     calibration_.beginPass();
     for (Screen& screen : screens_)
         calibrate(screen);
-    recordIsOfThisServer_ = false; // from now on it is of this run
+    recordIsOfThisServer_ = false; // from now on it knows of this run
     drainEvents(false);
 }
 
-/// Sorts what has arrived: errors to the writes they belong to, changes into one flag. Without
-/// `readSocket` after every wait for a reply: what came in with it makes the descriptor readable no
-/// more.
+/// Sorts what has arrived: errors to the writes they belong to, changes into one flag. Called
+/// without `readSocket` after every wait for a reply: events that came in with it are in xcb's
+/// queue, and do not make the descriptor readable.
 void RandrDisplays::drainEvents(bool readSocket) {
     xcb_connection_t* xcb = connection_.xcb.get();
     for (;;) {
@@ -270,7 +270,7 @@ NativeTables RandrDisplays::ownTables(const Screen& screen, const NativeTables& 
         return std::move(*base);
     if (!isPlainRamp(current))
         return current;
-    // Over a filter it is a driver's doing, at a wake or a change of the mode, and no calibration.
+    // A driver loads a plain ramp over the filter at a wake or a change of the mode.
     std::optional<NativeTables> own;
     if (captured_.isFiltered(screen.randr.display.id))
         own = captured_.tablesFor(screen.randr.display.id, current.size());
@@ -291,7 +291,7 @@ void RandrDisplays::adopt(Screen& screen) {
     const NativeTables own = ownTables(screen, *current);
     if (own != *current)
         writeNow(screen.randr.crtc, own);
-    // What it will be given back is what it was captured with, if it has been.
+    // A display that has been captured is given back what it was captured with.
     record_->setBase(screen.randr.crtc,
                      captured_.tablesFor(screen.randr.display.id, own.size()).value_or(own));
 }
@@ -356,7 +356,7 @@ void RandrDisplays::roundTrip() {
 
 void RandrDisplays::reassertTables() {
     const std::lock_guard lock(mutex_);
-    roundTrip(); // somebody may be about to wait for what he has written
+    roundTrip(); // settles writes that `settle` has not waited for yet
     for (const Screen& screen : screens_) {
         Status status = 0;
         const auto current = readCrtc(screen.randr.crtc, status);
@@ -364,8 +364,8 @@ void RandrDisplays::reassertTables() {
         if (!current || !expected || expected->tables == *current ||
             expected->tables.size() != current->size())
             continue;
-        // While the filter is off the display is anybody's. But no other program loads a plain
-        // ramp.
+        // While the filter is off other programs may load tables of their own; a plain ramp is a
+        // driver's.
         if (expected->filtered || isPlainRamp(*current))
             writeNow(screen.randr.crtc, expected->tables);
     }

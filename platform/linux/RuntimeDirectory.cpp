@@ -27,7 +27,7 @@ std::string makePrivateDirectory(const std::string& path) {
         return "cannot use " + path + ": " + std::strerror(errno);
     struct stat status {};
     const bool isOurs = ::fstat(folder, &status) == 0 && status.st_uid == ::geteuid();
-    // It may have been made by somebody with other habits.
+    // A directory of this user's that others can read is closed to them.
     const bool isPrivate = isOurs && ((status.st_mode & 077) == 0 || ::fchmod(folder, 0700) == 0);
     ::close(folder);
     if (!isPrivate)
@@ -53,7 +53,7 @@ RuntimeDirectory openRuntimeDirectory() {
             cache = home + "/.cache";
     if (cache.empty())
         return directory;
-    ::mkdir(cache.c_str(), 0700); // the next says what is wrong if it is not there
+    ::mkdir(cache.c_str(), 0700); // where this fails, so does the next, which says why
     if (const std::string problem = makePrivateDirectory(cache + "/noctra"); problem.empty())
         directory.path = cache + "/noctra";
     else

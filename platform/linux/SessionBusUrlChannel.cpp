@@ -39,7 +39,7 @@ SessionBusUrlChannel::Claim SessionBusUrlChannel::claim() {
     if (!problem_.empty())
         return Claim::noBus;
     QDBusConnection bus = bus_.connection();
-    // The object first: whoever sees the name can call it.
+    // The object comes first: calls may come as soon as the name is there.
     bus.registerVirtualObject(objectPath, this, QDBusConnection::SingleNode);
     const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
         bus.interface()->registerService(serviceName, QDBusConnectionInterface::DontQueueService,
@@ -169,7 +169,7 @@ void SessionBusUrlChannel::askForName() {
                 finished->deleteLater();
                 const QDBusConnection& now = bus_.connection();
                 if (now.name() != name || !now.isConnected())
-                    return; // lost again, and that has been said
+                    return; // the bus is lost again, which has been reported
                 const QDBusPendingReply<uint> reply = *finished;
                 if (reply.isError())
                     nameNotHad(reply.error().message().toStdString());

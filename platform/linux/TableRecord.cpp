@@ -227,7 +227,7 @@ bool TableRecord::setBase(std::uint32_t crtc, const NativeTables& tables) {
         return true;
     if (const Entry* outdated = find(crtc))
         layout_->crtcs[outdated - layout_->entries] = 0;
-    // Not knowing what is the program's, the next look at the display would take it for its own.
+    // Else the next look at the CRTC would take the program's tables for the CRTC's own.
     unkept_.emplace(crtc, tables);
     return false;
 }

@@ -13,12 +13,12 @@ namespace noctra {
 
 namespace {
 
-// GTK's name for it, which the settings managers of other toolkits' desktops use as well.
+// GTK's name for animations, which the settings managers of other desktops use, too.
 constexpr std::string_view animationsSetting = "Gtk/EnableAnimations";
 constexpr std::string_view scaleSetting = "Gdk/WindowScalingFactor";
 constexpr std::string_view dpiSetting = "Xft/DPI";
 constexpr int dpiUnits = 1024;   // of that setting, for one dot per inch
-constexpr int dpiOfAScale = 144; // what nobody chooses for larger letters alone; 96 is plain
+constexpr int dpiOfAScale = 144; // letters of this size stand for a scale; 96 is unscaled
 constexpr int largestScale = 4;
 // In units of 4 bytes. A manager's property has a few kilobytes.
 constexpr std::uint32_t largestProperty = 1U << 18;

@@ -72,7 +72,7 @@ std::string XdgLoginItem::unregisterItem() {
     const bool isNeeded = system && statusOf(DesktopEntry(*system)) == Status::enabled;
     if (!isNeeded && own.text == newEntry().text())
         return removeEntry(folder + entryName);
-    // Keeps what is the user's own in it, or hides the system's.
+    // The user's entry keeps its other keys; where he has none, a new one hides the system's.
     DesktopEntry entry = own.text ? DesktopEntry(*own.text) : newEntry();
     entry.set("Hidden", "true");
     return replaceEntry(folder + entryName, entry.text());

@@ -8,11 +8,11 @@ namespace noctra {
 
 namespace {
 
-// By which Xwayland makes itself known since 23.1.
+// The extension that Xwayland has since 23.1.
 constexpr std::string_view extensionName = "XWAYLAND";
-// What it sets on the outputs whose modes it makes up.
+// The property of outputs whose modes Xwayland makes up.
 constexpr std::string_view emulationProperty = "RANDR Emulation";
-// What its outputs are called where the compositor has told it no names.
+// How Xwayland names outputs for which the compositor has told it no names.
 constexpr std::string_view outputPrefix = "XWAYLAND";
 
 /// Whether an output carries the property `emulation` (XCB_NONE: there is none) or Xwayland's name.

@@ -11,10 +11,9 @@ namespace noctra {
 QtApplication::QtApplication() = default;
 
 void QtApplication::becomeAgent() {
-    // Without a window a Qt program is in nobody's list; with one it stays when the window closes.
+    // Closing the panel, the only window, does not end the program.
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    // Session managers would start it again with an argument of Qt's, besides the autostart entry,
-    // which is what says whether it is started.
+    // Only the autostart entry says whether the program is started with the session.
     connect(qGuiApp, &QGuiApplication::saveStateRequest, this, [](QSessionManager& manager) {
         manager.setRestartHint(QSessionManager::RestartNever);
     });

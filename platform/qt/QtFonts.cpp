@@ -13,7 +13,7 @@ namespace noctra {
 
 namespace {
 
-// Far above what a font of the program's own has.
+// Bytes; the program's own fonts have far fewer.
 constexpr qint64 largestFont = 16 << 20;
 
 /// What Qt draws with in the end: the desktop's setting may be a generic name such as "monospace".
@@ -66,7 +66,7 @@ std::string QtFonts::systemFamily() const {
 
 std::string QtFonts::fixedFamily() const {
     QString family = resolvedFamily(QFontDatabase::FixedFont);
-    // In languages of other scripts the system may answer with what it has for those.
+    // In some languages the system names a fixed font whose letters differ in width.
     if (!QFontDatabase::isFixedPitch(family))
         family = firstFixedFamily(family);
     return family.toStdString();

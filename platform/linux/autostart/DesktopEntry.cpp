@@ -57,7 +57,7 @@ void DesktopEntry::set(std::string_view key, std::string_view value) {
         lines_.emplace_back(groupName);
         lines_.emplace_back();
     }
-    // Before the empty lines that part it from the next group.
+    // The line goes before the empty lines at the group's end.
     const Group group = *mainGroup();
     std::size_t at = group.end;
     while (at > group.begin && trimmed(lines_[at - 1]).empty())

@@ -94,7 +94,7 @@ std::string replaceEntry(const std::string& path, std::string_view text) {
     const std::string folder = parentOf(path);
     if (const int error = makeFolders(folder); error != 0)
         return inWords(error, folder);
-    // A name that no desktop takes for an entry.
+    // A name without ".desktop", which no desktop takes for an entry.
     std::string temporary = folder + "/.noctra-XXXXXX";
     const int descriptor = ::mkostemp(temporary.data(), O_CLOEXEC);
     if (descriptor < 0)

@@ -13,7 +13,7 @@ namespace noctra {
 
 namespace {
 
-// By which desktops' settings switch an entry off.
+// The keys by which desktops' settings switch an entry off.
 constexpr std::array desktopsSwitches{"X-GNOME-Autostart-enabled", "X-MATE-Autostart-enabled"};
 
 std::vector<std::string> parts(std::string_view list, char separator) {
@@ -107,7 +107,7 @@ bool passesTry(const DesktopEntry& entry, const AutostartSession& session) {
 
 AutostartSession autostartSession(std::string_view currentDesktop, std::string_view path) {
     AutostartSession session{parts(currentDesktop, ':'), absolutePaths(path)};
-    // What could not be written into an entry's list as it is names no desktop.
+    // A name that an entry's list cannot hold as it stands is no desktop's.
     std::erase_if(session.desktops, [](const std::string& name) {
         return std::any_of(name.begin(), name.end(), [](char character) {
             return character <= ' ' || character == ';' || character == '\\';
@@ -129,7 +129,7 @@ bool isSwitchedOff(const DesktopEntry& entry) {
 }
 
 bool isStarted(const DesktopEntry& entry, const AutostartSession& session) {
-    // Whatever it runs: it may be a wrapper of the user's, or another copy of the program.
+    // Which command it runs does not count: it may be a wrapper, or another copy of the program.
     return entry.has("Type", "Application") && !entry.value("Exec").value_or("").empty() &&
            commandOf(entry, session) != Command::cannotRun && passesTry(entry, session) &&
            isShownIn(session.desktops, entry);

@@ -28,7 +28,7 @@ NumberFile::~NumberFile() {
 }
 
 std::optional<unsigned int> NumberFile::read() const {
-    // From the start of the file, which makes the kernel say it anew.
+    // Reading from the start of the file makes the kernel ask the driver anew.
     std::array<char, 32> bytes{};
     const ssize_t count = ::pread(descriptor_, bytes.data(), bytes.size(), 0);
     if (count <= 0 || count == static_cast<ssize_t>(bytes.size()))

@@ -35,10 +35,10 @@ std::optional<float> SysfsBacklight::read() {
     if (!reading.setting)
         return std::nullopt;
     unsigned int value = *reading.setting;
-    // A panel that is dark says 0, whatever its setting is.
+    // actual_brightness is 0 while the panel is dark, whatever it is set to.
     if (reading.actual && *reading.actual > 0 && *reading.actual <= maximum_) {
         const unsigned int actual = *reading.actual;
-        // Drivers round in the hardware's own units.
+        // Drivers round the setting to the hardware's own steps.
         const unsigned int apart = actual > value ? actual - value : value - actual;
         sameScale_ = sameScale_ || apart <= value / 50;
         if (sameScale_)

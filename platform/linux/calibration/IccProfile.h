@@ -5,8 +5,7 @@
 
 namespace noctra {
 
-/// The bytes of an ICC profile, as they came from a file or a property; nobody has looked at them
-/// yet.
+/// The bytes of an ICC profile as they came from a file or a property, unchecked.
 using IccProfile = std::vector<std::byte>;
 
 /// Larger profiles are left unread. Display profiles take a few kilobytes, the largest with full

@@ -26,8 +26,7 @@ public:
     /// Starts a pass over all displays. What a source asks of other programs takes `budget` at most
     /// until the next pass begins; before the first it asks them nothing.
     virtual void beginPass(std::chrono::milliseconds /*budget*/) {}
-    /// The profile of the display on `output`, which nobody has looked at yet; an empty one where
-    /// the source knows none.
+    /// The profile of the display on `output`, unchecked; empty where the source knows none.
     [[nodiscard]] virtual Found profileOf(const Output& output) = 0;
 };
 

@@ -28,7 +28,7 @@ void DisplayServicesLibrary::begin() {
         } catch (const std::system_error&) { // nothing can be changed then
             return;
         }
-        registry_.lookForBacklight(); // what is asked next is answered rightly
+        registry_.lookForBacklight(); // the next question finds the panel's level known
     });
 }
 

@@ -113,8 +113,9 @@ bool GnomeAmbientSetting::write(bool on) {
     const Settings settings(*glib_);
     if (settings.get() == nullptr || glib_->setBoolean(settings.get(), keyName, on ? 1 : 0) == 0)
         return false;
-    // The settings' service is told in the background, in its own time, which a service that hangs
-    // takes without an end. Only the last word before the process ends has to be waited for.
+    // GIO tells the settings' service in the background, and the sync below waits until it has
+    // taken the value, without an end where it hangs. Only the value that is put back is waited
+    // for, since the process may end right after.
     if (on)
         glib_->sync();
     return true;

@@ -6,7 +6,7 @@ namespace noctra {
 
 namespace {
 
-// A hand's tremble on a fine display, and less than an icon is wide.
+// Pixels: more than a hand moves between press and release, less than an icon is wide.
 constexpr int farthestSlip = 16;
 
 } // namespace

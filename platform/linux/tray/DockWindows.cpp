@@ -10,9 +10,9 @@ namespace noctra {
 
 namespace {
 
-// A frame, something in it, the window; and one more.
+// Levels of windows to look through: a frame, a window in it, the dock, and one to spare.
 constexpr int deepest = 4;
-// Of one depth. Nobody has so many windows without something being wrong.
+// Windows of one level to look at; a desktop that works has far fewer.
 constexpr std::size_t mostWindows = 4096;
 
 struct Atoms {

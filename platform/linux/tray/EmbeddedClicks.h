@@ -12,8 +12,8 @@ namespace noctra {
 /// Hears the clicks on an item that lies as a window in a tray of the X server. Main thread; needs
 /// a QCoreApplication that outlives it.
 ///
-/// QSystemTrayIcon acts as soon as a button goes down. A click is one that has also come up on the
-/// item: whoever slides off it before has thought better of it.
+/// QSystemTrayIcon acts as soon as a button goes down. Here a click is a press whose button also
+/// comes up on the item.
 class EmbeddedClicks : public QObject {
 public:
     explicit EmbeddedClicks(std::function<void(Qt::MouseButton)> clicked)

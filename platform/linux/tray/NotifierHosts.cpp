@@ -61,7 +61,7 @@ void NotifierHosts::ownerChanged(const QString& owner) {
                       if (owner == owner_)
                           process_ = process;
                   });
-    // GNOME's extension for such items is a part of its shell.
+    // GNOME's extension for such items runs inside the shell, on the shell's connection.
     onReply<QString>(this, bus_.interface()->asyncCall("GetNameOwner", shellName),
                      [this, owner](const QString& shell) {
                          if (owner == owner_)
@@ -73,7 +73,7 @@ void NotifierHosts::ownerChanged(const QString& owner) {
 void NotifierHosts::ask() {
     if (owner_.isEmpty())
         return;
-    // Its own name: nothing shall be started by asking.
+    // To the watcher's own name: a call to the well-known one may start a program.
     QDBusMessage question = QDBusMessage::createMethodCall(
         owner_, watcherPath, "org.freedesktop.DBus.Properties", "Get");
     question.setArguments({QString(watcherName), QString(registeredProperty)});

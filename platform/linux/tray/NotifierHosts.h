@@ -22,13 +22,13 @@ public:
     Q_DISABLE_COPY_MOVE(NotifierHosts)
 
     [[nodiscard]] bool isThere() const { return isThere_; }
-    /// It opens an item's menu at a left click, too.
+    /// The host opens an item's menu at a left click, too.
     [[nodiscard]] bool keepsLeftClicks() const { return keepsLeftClicks_; }
-    /// It is not known yet whether there is one; or what keeps the items does not answer.
+    /// The watcher of the items has not said yet whether there is a host.
     [[nodiscard]] bool areSilent() const { return silent_; }
-    /// Whether the keeper of the items was replaced by another since this was last asked.
+    /// Whether the watcher was replaced by another since this was last asked.
     [[nodiscard]] bool takeReplacement() { return std::exchange(replaced_, false); }
-    /// Of the host; 0: unknown.
+    /// The host's; 0: unknown.
     [[nodiscard]] std::uint32_t process() const { return process_; }
 
 private slots:

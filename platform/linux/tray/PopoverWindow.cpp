@@ -14,8 +14,8 @@ namespace noctra {
 namespace {
 
 constexpr std::uint32_t allWorkspaces = 0xFFFFFFFF;
-/// Of a message's sender. Window managers obey a pager where they would only note what a program
-/// wants for itself.
+/// What the sender of a message says it is (EWMH). Window managers obey a pager where they may only
+/// note the wish of a program.
 constexpr std::uint32_t pager = 2;
 
 void tellWindowManager(xcb_connection_t* xcb, xcb_window_t window, std::string_view type,

@@ -15,9 +15,9 @@ class QtPresses : public QObject {
 public:
     QtPresses() { QCoreApplication::instance()->installEventFilter(this); }
 
-    /// Whether one of the last presses is the one that the window system dates `time`, in ms. It
-    /// dates what it tells to a window a little later than what it tells to everybody, and nobody
-    /// presses as fast twice. Its clock begins anew after 49 days.
+    /// Whether one of the last presses is the raw press of `time`, in ms by the X server's clock,
+    /// which begins anew after 49 days. The server dates the event for a window a little later than
+    /// the raw one; two presses are further apart than that.
     [[nodiscard]] bool include(std::uint32_t time) const {
         constexpr std::uint32_t later = 50;
         return std::any_of(times_.begin(), times_.end(),

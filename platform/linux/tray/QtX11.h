@@ -24,8 +24,8 @@ namespace noctra {
 /// The whole X screen as it is now; empty where the server does not answer.
 [[nodiscard]] PixelRect wholeScreen(xcb_connection_t* connection);
 
-/// Whether it is none that somebody could look at: where no output of the X server is on, Qt makes
-/// one up, which is called like the X display.
+/// Whether Qt has made the screen up, since no output of the X server is on. It is then called like
+/// the X display.
 [[nodiscard]] bool isMadeUp(const QScreen& screen);
 [[nodiscard]] PixelRect pixelsOf(const QScreen& screen);
 /// The screen that holds the pixel; null where it is on none.

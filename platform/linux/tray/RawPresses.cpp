@@ -83,7 +83,8 @@ std::optional<RawPresses::Press> RawPresses::next() {
         if ((event->response_type & 0x7F) != XCB_GE_GENERIC || press->extension != extension_ ||
             press->event_type != XCB_INPUT_RAW_BUTTON_PRESS)
             continue;
-        // Raw events count buttons as the mouse does; its order counts, then that of all mice.
+        // Raw events have the number of the button on the mouse. The mouse's own mapping applies,
+        // then that of the pointer that all mice move.
         const std::uint32_t onMouse = mapped(connection_.get(), press->sourceid, press->detail);
         const std::uint32_t button = mapped(connection_.get(), press->deviceid, onMouse);
         if (button != leftButton && button != rightButton)

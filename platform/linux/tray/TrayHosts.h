@@ -20,22 +20,21 @@ class TrayHosts : public QObject, private QAbstractNativeEventFilter {
     Q_OBJECT
 public:
     /// `changed` runs after each change, also of the desktop's settings (XSETTINGS), by which bars
-    /// change their looks; first when it is known what is there. `sessionBus`
-    /// outlives the object; null: there is none. After a loss of the bus it is the one that comes
-    /// next that is looked at.
+    /// change their looks; first when it is known what is there. `sessionBus` outlives the object;
+    /// null: there is none. After a loss of the bus the next one is looked at.
     TrayHosts(SessionBusLink* sessionBus, std::function<void()> changed);
     ~TrayHosts() override;
     Q_DISABLE_COPY_MOVE(TrayHosts)
 
     [[nodiscard]] bool hasNotifierHost() const { return notifiers_ && notifiers_->isThere(); }
-    /// The host of notifier items opens the menu at a left click, too, and tells of none.
+    /// The host of notifier items opens the menu at a left click, too, and reports no left click.
     [[nodiscard]] bool keepsLeftClicks() const {
         return notifiers_ && notifiers_->keepsLeftClicks();
     }
-    /// It is not known yet whether there is such a host; or what keeps the items on the bus does
-    /// not answer. Whoever calls that waits for long.
+    /// The watcher of notifier items has not said yet whether there is a host. A QSystemTrayIcon
+    /// made now would wait for its answer, up to 25 s where it hangs.
     [[nodiscard]] bool notifiersAreSilent() const { return notifiers_ && notifiers_->areSilent(); }
-    /// Whether the keeper of notifier items, or the bus, was replaced by another since this was
+    /// Whether the watcher of notifier items, or the bus, was replaced by another since this was
     /// last asked.
     [[nodiscard]] bool takeReplacement();
     /// Asks the X server.

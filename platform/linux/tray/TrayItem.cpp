@@ -16,11 +16,11 @@ namespace {
 
 // Bars that have both kinds of tray do not bring them up in the same moment.
 constexpr Seconds embeddingPatience{0.5};
-// A session's first programs start together; its bar needs a few seconds.
+// How long the bar may take to come up at the start of a session.
 constexpr Seconds hostPatience{5.0};
-// When to look where the item has come to lie, after it or its host has come.
+// When to look where the item lies, after the item or its host has come.
 constexpr std::array settlingDelays{Seconds(0.1), Seconds(0.4), Seconds(1.5)};
-// Desktops go dark in the evening, and bars do not tell.
+// Desktops turn dark in the evening, and no event tells that a bar has.
 constexpr Seconds barColorInterval{60.0};
 
 } // namespace
@@ -46,7 +46,7 @@ TrayItem::~TrayItem() = default;
 
 void TrayItem::lookForHosts() {
     if (icon_) {
-        // Qt registers an item anew only where there was nobody in between, and on the same bus.
+        // Qt registers the item with a new watcher only on the same bus, after a time without one.
         if (isNotifierItem_ && hosts_.hasNotifierHost() && hosts_.takeReplacement())
             makeIcon();
         else if (hosts_.keepsLeftClicks() != hostKeepsClicks_)
@@ -55,7 +55,7 @@ void TrayItem::lookForHosts() {
         return;
     }
     if (hosts_.notifiersAreSilent())
-        return; // Qt would ask, too, and wait; there is news when there is an answer
+        return; // Qt would ask the watcher and wait; this runs again when it has answered
     // Not before a host is there: Qt asks for one when the first icon is made, and never again.
     if (hosts_.hasNotifierHost()) {
         isNotifierItem_ = true;
@@ -74,14 +74,14 @@ void TrayItem::appear(const char* kind) {
     noHost_.cancel();
     embedding_.cancel();
     services_.log.log("Tray: " + std::string(kind));
-    static_cast<void>(hosts_.takeReplacement()); // of one that had nothing to show
+    static_cast<void>(hosts_.takeReplacement()); // from before there was an item
     makeIcon();
     settle();
 }
 
 void TrayItem::makeIcon() {
     drawn_ = {};
-    icon_.reset(); // a host shall not see two
+    icon_.reset(); // before the next is made, or hosts would show two
     icon_ = std::make_unique<QSystemTrayIcon>();
     fillMenu();
     if (isNotifierItem_)
@@ -91,7 +91,7 @@ void TrayItem::makeIcon() {
     icon_->show();
 }
 
-/// Begins to look at short intervals.
+/// Looks at the bar, and where the item lies, at short intervals from now on.
 void TrayItem::settle() {
     if (!icon_)
         return;
@@ -127,7 +127,7 @@ void TrayItem::fillMenu() {
         if (item.standsForClick && !hostKeepsClicks_)
             continue;
         QAction* const action = menu_.addAction(QString::fromStdString(item.title));
-        // Hosts that draw the menu would show a key that they do not hear.
+        // Hosts of notifier items draw the menu, and would show a key that they do not listen for.
         if (!item.keyEquivalent.empty() && !isNotifierItem_)
             action->setShortcut(
                 QKeySequence("Ctrl+" + QString::fromStdString(item.keyEquivalent).toUpper()));
@@ -153,7 +153,7 @@ void TrayItem::setImage(const StatusImage& image) {
     if (!icon_)
         return;
     drawIcon();
-    // Looking costs round trips to the X server: once where the filter is switched many times.
+    // A look takes round trips to the X server; several switches of the filter share one.
     if (settlingAttempts_ >= settlingDelays.size())
         settling_.schedule(settlingDelays.front());
 }
@@ -176,7 +176,7 @@ void TrayItem::drawIcon() {
 void TrayItem::activated(QSystemTrayIcon::ActivationReason reason) {
     switch (reason) {
     case QSystemTrayIcon::Trigger:
-    case QSystemTrayIcon::DoubleClick: // the second of two
+    case QSystemTrayIcon::DoubleClick: // the second of two clicks
         if (!services_.closingPress.swallows(pointer()))
             clicked(MouseEvent::leftMouseUp);
         break;
@@ -198,13 +198,13 @@ void TrayItem::clicked(MouseEvent event) {
     if (action_)
         action_();
     event_.reset();
-    settle(); // somebody is looking; but the panel comes first
+    settle(); // after the action, so that the panel does not wait for the look
 }
 
 void TrayItem::performClick() {
     if (menu_.isEmpty() || menu_.isVisible())
         return;
-    // Beside the item: under the pointer a second click would be the menu's.
+    // Not under the pointer, where a second click would choose a row of the menu.
     const TraySurroundings around = surroundings();
     menu_.popup(around.screen() != nullptr ? around.popoverPlace(menu_.sizeHint()).topLeft()
                                            : QCursor::pos());

@@ -42,7 +42,7 @@ void TraySurroundings::find(const TrayKnowledge& knowledge) {
     if (!knowledge.hasHost)
         return;
     if (!knowledge.geometry.isEmpty()) {
-        // Which screen it is on decides what its points are in pixels.
+        // How many pixels its points are depends on the screen that it lies on.
         for (QScreen* const screen : QGuiApplication::screens()) {
             const PixelRect pixels = toPixels(knowledge.geometry, *screen);
             if (pixelsOf(*screen).contains(pixels.middle())) {
@@ -52,7 +52,7 @@ void TraySurroundings::find(const TrayKnowledge& knowledge) {
             }
         }
     }
-    // A click tells where the item was. Later it may only be trusted where there is still a bar.
+    // Where the item was clicked counts during that click, later only where a bar still lies.
     if (knowledge.click && screenAt(*knowledge.click) != nullptr &&
         (knowledge.clickIsNow || dockAt(*knowledge.click) != nullptr)) {
         settleOn(*knowledge.click);
@@ -69,7 +69,7 @@ void TraySurroundings::settleOn(PixelPoint point) {
 }
 
 const Dock* TraySurroundings::dockAt(PixelPoint point) const {
-    // The one on top, where they lie on each other.
+    // The topmost, where docks lie on each other.
     const auto found = std::find_if(docks_.rbegin(), docks_.rend(),
                                     [&](const Dock& dock) { return dock.frame.contains(point); });
     return found == docks_.rend() ? nullptr : &*found;

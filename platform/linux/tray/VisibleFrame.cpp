@@ -8,7 +8,7 @@ namespace noctra {
 namespace {
 
 constexpr std::array edges{Edge::left, Edge::top, Edge::right, Edge::bottom};
-// Struts up to this are the lines by which hidden bars are called up.
+// A hidden bar reserves no more than the line that calls it up.
 constexpr int hiddenStrut = 1;
 
 constexpr bool isVertical(Edge edge) { // runs from top to bottom
@@ -95,7 +95,7 @@ std::vector<Dock> barsAround(const PixelRect& workArea, const PixelRect& monitor
     std::vector<Dock> docks;
     if (std::any_of(edges.begin(), edges.end(),
                     [&](Edge edge) { return distanceInside(workArea, screen, edge) < 0; }))
-        return docks; // it means another screen
+        return docks; // the work area is that of a screen of another size
     for (const Edge edge : edges) {
         const int size = distanceInside(workArea, screen, edge);
         if (size <= hiddenStrut || size > lengthAcross(screen, edge) / 4)
