@@ -134,6 +134,7 @@ class Soak:
         self.desk.open("noctra://show")
         assert wait_until(self.panel.hands.windows)
         if not self.locked and self.remembered:  # comes back with the panel, and takes the level of now
+            assert self.program.says("PWM-Safe enabled")
             self.locked = True
         self.learn_places()
         what = self.chance.choice([*PRESETS, POWER, WARMTH, BRIGHTNESS, PWM_SAFE])
