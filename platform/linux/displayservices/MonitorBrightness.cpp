@@ -201,7 +201,9 @@ void MonitorBrightness::forgetRawValues() {
 void MonitorBrightness::readFailed(TimePoint now) {
     ++readFailures_;
     retries_.failed(now);
-    if (wanted_ && reading_ && !written_ && !writeUnread_) {
+    // Readings fail now and then; the latest may be older than what its own buttons have set.
+    const bool ownIsKnown = own_ || readFailures_ >= failuresThatTell;
+    if (wanted_ && reading_ && ownIsKnown && !written_ && !writeUnread_) {
         writeUnread_ = true;
         retries_.hurry();
     }
