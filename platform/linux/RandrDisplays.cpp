@@ -11,9 +11,7 @@ namespace noctra {
 
 namespace {
 
-constexpr Displays::Status connectionLost = -1;
 constexpr Displays::Status noSuchDisplay = -2;
-constexpr Displays::Status noTables = -3;
 
 constexpr std::uint16_t watchedChanges =
     XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
@@ -82,7 +80,8 @@ Displays::Status RandrDisplays::readTables(DisplayId display, GammaTables& table
     if (screen == nullptr)
         return noSuchDisplay;
     Status status = 0;
-    std::optional<NativeTables> native = readCrtc(screen->randr.crtc, status);
+    std::optional<NativeTables> native =
+        readCrtcTables(connection_.xcb.get(), screen->randr.crtc, status);
     if (!native)
         return status;
     const bool isOurs = record_->baseIfOurs(screen->randr.crtc, *native).has_value();
@@ -243,7 +242,7 @@ void RandrDisplays::freeUnusedCrtcs() {
         if (!exists || inUse)
             continue;
         Status status = 0;
-        const auto current = readCrtc(crtc, status);
+        const auto current = readCrtcTables(connection_.xcb.get(), crtc, status);
         const auto base = current ? record_->baseIfOurs(crtc, *current) : std::nullopt;
         if (base && *base != *current)
             writeNow(crtc, *base);
@@ -256,7 +255,7 @@ std::optional<NativeTables> RandrDisplays::readForTakeover(Screen& screen) {
     if (screen.randr.gammaSize == 0)
         return std::nullopt;
     Status status = 0;
-    auto current = readCrtc(screen.randr.crtc, status);
+    auto current = readCrtcTables(connection_.xcb.get(), screen.randr.crtc, status);
     screen.adopted = current.has_value();
     if (!current)
         crtcsChanged_ = true;
@@ -359,7 +358,7 @@ void RandrDisplays::reassertTables() {
     roundTrip(); // settles writes that `settle` has not waited for yet
     for (const Screen& screen : screens_) {
         Status status = 0;
-        const auto current = readCrtc(screen.randr.crtc, status);
+        const auto current = readCrtcTables(connection_.xcb.get(), screen.randr.crtc, status);
         const auto expected = record_->expectedOn(screen.randr.crtc);
         if (!current || !expected || expected->tables == *current ||
             expected->tables.size() != current->size())
@@ -378,24 +377,6 @@ void RandrDisplays::writeNow(xcb_randr_crtc_t crtc, const NativeTables& tables) 
     if (writes_.back().status != 0)
         log_.log("ERROR: CRTC " + std::to_string(crtc) + " refused its own tables");
     writes_.pop_back();
-}
-
-std::optional<NativeTables> RandrDisplays::readCrtc(xcb_randr_crtc_t crtc, Status& status) {
-    xcb_connection_t* xcb = connection_.xcb.get();
-    xcb_generic_error_t* rawError = nullptr;
-    const XcbReply<xcb_randr_get_crtc_gamma_reply_t> reply(
-        xcb_randr_get_crtc_gamma_reply(xcb, xcb_randr_get_crtc_gamma(xcb, crtc), &rawError));
-    const XcbReply<xcb_generic_error_t> error(rawError);
-    if (!reply || reply->size == 0) {
-        status = error ? error->error_code : reply ? noTables : connectionLost;
-        return std::nullopt;
-    }
-    const auto copy = [&](const std::uint16_t* levels) {
-        return std::vector<std::uint16_t>(levels, levels + reply->size);
-    };
-    return NativeTables{copy(xcb_randr_get_crtc_gamma_red(reply.get())),
-                        copy(xcb_randr_get_crtc_gamma_green(reply.get())),
-                        copy(xcb_randr_get_crtc_gamma_blue(reply.get()))};
 }
 
 RandrDisplays::Screen* RandrDisplays::find(DisplayId display) {

@@ -91,7 +91,6 @@ private:
     void roundTrip();
     /// Writes and waits. A failure is logged here; it belongs to no write that a caller asked for.
     void writeNow(xcb_randr_crtc_t crtc, const NativeTables& tables);
-    [[nodiscard]] std::optional<NativeTables> readCrtc(xcb_randr_crtc_t crtc, Status& status);
     [[nodiscard]] Screen* find(DisplayId display);
     /// As log lines about the display begin.
     [[nodiscard]] static std::string nameOf(const Screen& screen);

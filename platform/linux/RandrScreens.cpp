@@ -91,4 +91,22 @@ RandrConfiguration readConfiguration(const RandrConnection& connection,
     return configuration;
 }
 
+std::optional<NativeTables> readCrtcTables(xcb_connection_t* xcb, xcb_randr_crtc_t crtc,
+                                           std::int32_t& status) {
+    xcb_generic_error_t* rawError = nullptr;
+    const XcbReply<xcb_randr_get_crtc_gamma_reply_t> reply(
+        xcb_randr_get_crtc_gamma_reply(xcb, xcb_randr_get_crtc_gamma(xcb, crtc), &rawError));
+    const XcbReply<xcb_generic_error_t> error(rawError);
+    if (!reply || reply->size == 0) {
+        status = error ? error->error_code : reply ? noTables : connectionLost;
+        return std::nullopt;
+    }
+    const auto copy = [&](const std::uint16_t* levels) {
+        return std::vector<std::uint16_t>(levels, levels + reply->size);
+    };
+    return NativeTables{copy(xcb_randr_get_crtc_gamma_red(reply.get())),
+                        copy(xcb_randr_get_crtc_gamma_green(reply.get())),
+                        copy(xcb_randr_get_crtc_gamma_blue(reply.get()))};
+}
+
 } // namespace noctra

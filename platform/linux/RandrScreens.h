@@ -1,11 +1,14 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include <xcb/randr.h>
 
 #include "platform/DisplayIdentity.h"
+#include "platform/linux/NativeTables.h"
 #include "platform/linux/RandrOutputProperties.h"
 #include "platform/linux/XConnection.h"
 
@@ -35,5 +38,14 @@ struct RandrConfiguration {
 /// output is attached when its CRTC has a mode.
 [[nodiscard]] RandrConfiguration readConfiguration(const RandrConnection& connection,
                                                    const RandrOutputProperties& properties);
+
+// Statuses of operations beside the X server's own error codes.
+inline constexpr std::int32_t connectionLost = -1;
+inline constexpr std::int32_t noTables = -3;
+
+/// The tables that `crtc` carries, in one round trip; nothing, and why in `status`, where they
+/// cannot be read.
+[[nodiscard]] std::optional<NativeTables>
+readCrtcTables(xcb_connection_t* xcb, xcb_randr_crtc_t crtc, std::int32_t& status);
 
 } // namespace noctra

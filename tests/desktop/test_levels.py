@@ -79,7 +79,7 @@ def test_a_backlight_that_counts_on_a_scale_of_its_own_stays_what_it_was(desk, p
     for _ in range(3):
         panel.click(PWM_SAFE)
         assert panel.reads(PWM_SAFE, "ON")
-        assert backlight.value == 62451
+        assert backlight.becomes(62451)
         switch_off(panel)
         assert backlight.becomes(36390)
     assert desk.ends_cleanly(program)
@@ -157,7 +157,7 @@ def test_a_backlight_that_could_not_be_written_for_a_while_can_be_changed_again(
     panel.show(program)
     panel.click(PWM_SAFE)
     assert panel.reads(PWM_SAFE, "ON")
-    assert backlight.value == 1000
+    assert backlight.becomes(1000)
     logind.answer_brightness("raise ValueError")
     switch_off(panel)
     time.sleep(1)
@@ -184,7 +184,7 @@ def test_a_run_after_one_that_was_killed_puts_the_levels_back_before_anything_el
     desk.server.set_property(0, "ConnectorType", None)  # the third display is the panel
     desk.server.set_property(2, "ConnectorType", "Panel")
     program = lock(panel, monitors)
-    assert backlight.value == 1000
+    assert backlight.becomes(1000)
     program.kill()
     assert len(levels(desk).splitlines()) == 3
     assert (desk.folder / "state/noctra/own-levels").stat().st_mode & 0o777 == 0o600
