@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <functional>
 
@@ -7,7 +9,20 @@ namespace noctra {
 
 struct PanelServices;
 
-/// Where a panel's window is: device-independent pixels of the desktop, y growing downwards.
+/// The line around the panel, which desktops give no frame. It lies outside the panel's own size.
+struct PanelEdge {
+    static constexpr int width = 1; ///< device pixels, on each side
+
+    /// What the lines at two opposite sides add to the window, in device-independent pixels, where
+    /// one is `scale` device pixels. Whole, as a window's size is: what is left over is the second
+    /// line's.
+    [[nodiscard]] static int across(double scale) {
+        return std::max(1, static_cast<int>(std::lround(2 * width / scale)));
+    }
+};
+
+/// Where a panel's window is, its edge included: device-independent pixels of the desktop, y
+/// growing downwards.
 struct PanelPlace {
     int x = 0;
     int y = 0;

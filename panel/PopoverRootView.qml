@@ -125,18 +125,4 @@ Rectangle {
             bottomColor: tint
         }
     }
-
-    // On a dark desktop the panel would have no edge at its sides; above and below it has lines of its
-    // own, unless it scrolls.
-    Edge { width: line; height: parent.height }
-    Edge { width: line; height: parent.height; anchors.right: parent.right }
-    Edge { width: parent.width; height: line; visible: root.isShort }
-    Edge { width: parent.width; height: line; visible: root.isShort; anchors.bottom: parent.bottom }
-
-    component Edge: BoxItem {
-        readonly property real line: 1 / Screen.devicePixelRatio
-        readonly property color tint: Qt.rgba(1, 1, 1, 0.09)
-        topColor: tint
-        bottomColor: tint
-    }
 }

@@ -3,7 +3,10 @@
 #include <cmath>
 #include <utility>
 
+#include <QtGui/QScreen>
+
 #include "app/linux/LinuxPanel.h"
+#include "panel/PanelWindow.h"
 #include "platform/linux/tray/PopoverWindow.h"
 #include "platform/linux/tray/TrayItem.h"
 #include "platform/linux/tray/XInputEventMonitors.h"
@@ -27,8 +30,14 @@ void LinuxPopover::lookWhereTheItemIs() {
     if (!isShown() || isAtClick_)
         return;
     const TraySurroundings around = parts_.item.surroundings();
-    if (around.screen() != nullptr && around.popoverPlace(size_) != place_ && placeChanged_)
+    if (around.screen() != nullptr && placeChanged_ &&
+        around.popoverPlace(sizeOn(*around.screen())) != place_)
         placeChanged_();
+}
+
+QSize LinuxPopover::sizeOn(const QScreen& screen) const {
+    const int edges = PanelEdge::across(screen.devicePixelRatio());
+    return size_ + QSize(edges, edges);
 }
 
 void LinuxPopover::setContentSize(double width, double height) {
@@ -47,16 +56,17 @@ void LinuxPopover::show(const StatusItemButton&) {
     if (!isShown())
         parts_.panel.close(); // a window that a window manager has hidden is made anew
     const bool wasShown = parts_.panel.isShown();
-    place_ = around.popoverPlace(size_);
+    const QSize size = sizeOn(*around.screen());
+    place_ = around.popoverPlace(size);
     isAtClick_ = around.isAtClick();
     parts_.panel.show({place_.x(), place_.y(), place_.width(), place_.height()});
     if (!parts_.panel.isShown())
         return;
     if (wasShown) {
-        movePopover(parts_.panel.window(), around.popoverCorner(size_));
+        movePopover(parts_.panel.window(), around.popoverCorner(size));
         return;
     }
-    bringPopover(parts_.panel.window(), around.popoverCorner(size_));
+    bringPopover(parts_.panel.window(), around.popoverCorner(size));
     dueAt_ = parts_.steadyClock.now() + mappingPatience;
 }
 

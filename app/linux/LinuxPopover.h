@@ -7,6 +7,8 @@
 #include "foundation/Clock.h"
 #include "platform/Popover.h"
 
+class QScreen;
+
 namespace noctra {
 
 class ClosingPress;
@@ -39,9 +41,11 @@ public:
 
 private:
     void lookWhereTheItemIs();
+    /// Of the window: the content's and the edge around it.
+    [[nodiscard]] QSize sizeOn(const QScreen& screen) const;
 
     const Parts parts_;
-    QSize size_;
+    QSize size_;  ///< of the content
     QRect place_; ///< where it was shown last
     bool isAtClick_ = false;
     SteadyClock::TimePoint dueAt_; ///< by when a window manager has shown it

@@ -11,6 +11,7 @@
 #include <QtQml/qqmlregistration.h>
 
 #include "panel/FilterControlView.h"
+#include "panel/PanelWindow.h"
 #include "panel/PopoverRootView.h"
 #include "panel/quick/ButtonStyleValue.h"
 #include "panel/quick/FaderModel.h"
@@ -50,6 +51,8 @@ class PanelModel : public QObject {
     /// Fingers, not a mouse, were last used to point.
     Q_PROPERTY(bool isTouched READ isTouched NOTIFY isTouchedChanged)
     Q_PROPERTY(QSizeF panelSize READ panelSize CONSTANT)
+    /// Device pixels.
+    Q_PROPERTY(int edgeWidth READ edgeWidth CONSTANT)
 
     Q_PROPERTY(QString warmthLabel READ warmthLabel CONSTANT)
     Q_PROPERTY(QString brightnessLabel READ brightnessLabel CONSTANT)
@@ -100,6 +103,8 @@ public:
         return {PopoverRootView::panelSize.width, PopoverRootView::panelSize.height};
     }
 
+    [[nodiscard]] static int edgeWidth() { return PanelEdge::width; }
+
     [[nodiscard]] FaderModel* warmth() { return &warmth_; }
     [[nodiscard]] FaderModel* brightness() { return &brightness_; }
     [[nodiscard]] ReadoutValue warmthReadout() const { return warmthReadout_; }
@@ -122,6 +127,7 @@ public:
     Q_INVOKABLE static bool showsIndicators(double availableHeight) {
         return PopoverRootView::showsIndicators(availableHeight);
     }
+    Q_INVOKABLE static int edgesAcross(double scale) { return PanelEdge::across(scale); }
     /// The wheel was turned over what does not take it for itself.
     Q_INVOKABLE void turnWheel(double points, double units) {
         emit scrolled(PopoverRootView::wheelDistance(points, units));

@@ -18,7 +18,7 @@ namespace noctra {
 
 namespace {
 
-const QUrl panelFile(QStringLiteral("qrc:/qt/qml/Noctra/Panel/PopoverRootView.qml"));
+const QUrl panelFile(QStringLiteral("qrc:/qt/qml/Noctra/Panel/PanelEdge.qml"));
 
 // On a screen with fewer bits per pixel Qt draws nothing and logs a complaint for each line.
 constexpr int leastDepth = 15;

@@ -249,7 +249,8 @@ class Panel:
 
     def open_settings(self):
         self.click(GEAR)
-        whole = self.control(TITLE).box
+        x, y, width, height = self.control(TITLE).box  # with the window's edge
+        whole = x + 1, y + 1, width - 2, height - 2
         assert self.becomes(SHEET, lambda one: one.box == whole), "the settings did not open"
 
     def close_settings(self):

@@ -150,7 +150,7 @@ def test_launch_at_login_is_a_switch_for_the_autostart_entry(desk, panel):
 def test_the_sheet_is_in_its_place_at_once_where_the_desktop_asks_for_less_motion(desk, panel, animations):
     manager = panel.settings_manager(b"Gtk/EnableAnimations", animations)
     panel.start()
-    top = panel.control("NOCTRA").box[1]
+    top = panel.control("NOCTRA").box[1] + 1  # the window's edge
     panel.click(GEAR)
     sheet = panel.control(SHEET)
     way = []

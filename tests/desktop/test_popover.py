@@ -1,4 +1,5 @@
-"""When the panel opens by itself, how high it is, and what a change of the displays does to it."""
+"""When the panel opens by itself, how high it is, and what a change of the displays does to it. Its window has
+a line more on each side."""
 
 import pathlib
 
@@ -30,7 +31,7 @@ def test_it_is_as_high_as_the_screen_lets_it_and_follows_the_screen(desk, panel)
         desk.xrandr("--output", "DUMMY0", "--mode", name)
         if not panel.hands.windows():
             desk.command(program, "noctra://show")  # else it follows by itself
-        assert wait_until(lambda: panel.hands.windows() == [(width - 320, 0, 320, of_panel)])
+        assert wait_until(lambda: panel.hands.windows() == [(width - 322, 0, 322, of_panel + 2)])
     assert desk.ends_cleanly(program)
 
 
@@ -39,7 +40,7 @@ def test_without_a_display_it_is_as_high_as_can_be_hoped_for(desk, panel):
         desk.xrandr("--output", output, "--off")
     program = desk.start()
     desk.command(program, "noctra://show")
-    assert [box[2:] for box in wait_until(panel.hands.windows)] == [(320, 516)]
+    assert [box[2:] for box in wait_until(panel.hands.windows)] == [(322, 518)]
 
 
 def test_without_a_tray_it_opens_in_the_corner_and_that_is_said_once(desk, panel):
@@ -47,7 +48,7 @@ def test_without_a_tray_it_opens_in_the_corner_and_that_is_said_once(desk, panel
     assert program.says("Tray: none on this desktop")
     for arguments in ["noctra://show"], []:
         assert desk.launch(*arguments).ends() == 0
-        assert panel.opens() == [(480, 0, 320, 540)]
+        assert panel.opens() == [(478, 0, 322, 542)]
         panel.hands.click(*ELSEWHERE)
         assert panel.goes()
     assert program.count("Tray: none") == 1

@@ -188,7 +188,7 @@ def test_gnomes_shell_which_keeps_left_clicks_for_the_menu_is_offered_the_panel_
                                 [0, 27, size.width, size.height - 27])
     server.connection.sync()
     desk.command(program, "noctra://show")
-    assert panel.opens() == [(480, 27, 320, 540)]
+    assert panel.opens() == [(478, 27, 322, 542)]
     server.root.delete_property(server.atom("_NET_WORKAREA"))
     call("/StatusNotifierItem", kde, "SecondaryActivate", "ii", 0, 0)
     assert panel.goes()

@@ -63,8 +63,9 @@ struct PanelLayout : PanelScene {
         if (find(name) != nullptr)
             return box(name);
         const QQuickItem* text = textItem(window()->contentItem(), name);
-        return text == nullptr ? QRectF()
-                               : text->mapRectToScene({0, 0, text->width(), text->height()});
+        return text == nullptr
+                   ? QRectF()
+                   : text->mapRectToItem(&content(), {0, 0, text->width(), text->height()});
     }
     static void expectPlaces(const std::vector<Place>& places) {
         for (const auto& [name, expected] : places) {
@@ -108,7 +109,8 @@ TEST_F(PanelLayout, TheMainPanelHasItsPartsInTheirPlacesAndColours) {
     const QRectF title = place("NOCTRA");
     EXPECT_EQ(title.x(), 24);
     EXPECT_NEAR(title.center().y(), 27, 0.51);
-    const QRectF warmth = textItem(window()->contentItem(), "WARMTH")->mapRectToScene({0, 0, 1, 1});
+    const QRectF warmth =
+        textItem(window()->contentItem(), "WARMTH")->mapRectToItem(&content(), {0, 0, 1, 1});
     EXPECT_EQ(warmth.y(), 76) << "2 points above its place";
     expectPlaces({{"gear", {280, 19, 16, 16}},
                   {"WARMTH", {16, fader, 141, field - 16 - fader}},
@@ -161,6 +163,23 @@ TEST_F(PanelLayout, TheMainPanelHasItsPartsInTheirPlacesAndColours) {
     advance(Seconds(1));
     expectColors({{"switch, off", 40, 493, Color::grey(0.125), 2.1},
                   {"fader, off", 233.5, zero - 20, over(slot, colors::white.withAlpha(0.1))}});
+}
+
+TEST_F(PanelLayout, OutsideItAreTheLinesOfItsEdge) {
+    open();
+    openSheet(); // which reaches below its lower end
+    const QImage whole = window()->grabWindow();
+    const double scale = window()->effectiveDevicePixelRatio();
+    const QSize inside(qRound(320 * scale), qRound(540 * scale));
+    EXPECT_LE(whole.width() - inside.width(), 3) << "two, and what makes whole points";
+    const QColor line(35, 35, 35); // white at 9 % over the ground
+    for (int y = 0; y < whole.height(); ++y)
+        for (int x = 0; x < whole.width(); ++x)
+            if (!QRect(QPoint(1, 1), inside).contains(x, y)) {
+                ASSERT_EQ(whole.pixelColor(x, y), line) << x << ", " << y;
+            }
+    EXPECT_NE(whole.pixelColor(1, 1), line);
+    EXPECT_NE(whole.pixelColor(inside.width(), inside.height()), line);
 }
 
 TEST_F(PanelLayout, TheSheetHasItsHeaderAndItsRows) {

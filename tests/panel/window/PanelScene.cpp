@@ -63,7 +63,8 @@ PanelScene::~PanelScene() {
 }
 
 void PanelScene::open(int height) {
-    panel->show({0, 0, 320, height});
+    const int edges = PanelEdge::across(QGuiApplication::primaryScreen()->devicePixelRatio());
+    panel->show({0, 0, 320 + edges, height + edges});
     ASSERT_TRUE(QTest::qWaitForWindowActive(window()));
     settle();
 }
@@ -104,9 +105,17 @@ QQuickItem& PanelScene::item(const QString& name) {
     throw std::runtime_error("There is no " + name.toStdString());
 }
 
+QQuickItem& PanelScene::content() {
+    return *window()->contentItem()->childItems().first()->childItems().first();
+}
+
+QPoint PanelScene::inWindow(QPoint point) {
+    return content().mapToScene(point).toPoint();
+}
+
 QRectF PanelScene::box(const QString& name) {
     const QQuickItem& one = item(name);
-    return one.mapRectToScene({0.0, 0.0, one.width(), one.height()});
+    return one.mapRectToItem(&content(), {0.0, 0.0, one.width(), one.height()});
 }
 
 QObject& PanelScene::model() {
@@ -120,17 +129,17 @@ QString PanelScene::focused() {
 }
 
 void PanelScene::press(QPoint point, Qt::MouseButton button) {
-    QTest::mousePress(window(), button, {}, point);
+    QTest::mousePress(window(), button, {}, inWindow(point));
     settle();
 }
 
 void PanelScene::release(QPoint point, Qt::MouseButton button) {
-    QTest::mouseRelease(window(), button, {}, point);
+    QTest::mouseRelease(window(), button, {}, inWindow(point));
     settle();
 }
 
 void PanelScene::move(QPoint point) {
-    QTest::mouseMove(window(), point);
+    QTest::mouseMove(window(), inWindow(point));
     settle();
 }
 
@@ -140,7 +149,8 @@ void PanelScene::click(QPoint point, Qt::MouseButton button) {
 }
 
 void PanelScene::wheel(QPoint point, int units) {
-    QWheelEvent event(point, window()->mapToGlobal(point), {}, {0, units}, {}, {},
+    const QPoint there = inWindow(point);
+    QWheelEvent event(there, window()->mapToGlobal(there), {}, {0, units}, {}, {},
                       Qt::NoScrollPhase, false);
     QCoreApplication::sendEvent(window(), &event);
     settle();
@@ -157,7 +167,10 @@ void PanelScene::openSheet() {
 }
 
 QImage PanelScene::grab() {
-    return window()->grabWindow();
+    const double scale = window()->effectiveDevicePixelRatio();
+    return window()->grabWindow().copy(PanelEdge::width, PanelEdge::width,
+                                       qRound(content().width() * scale),
+                                       qRound(content().height() * scale));
 }
 
 } // namespace noctra

@@ -43,7 +43,10 @@ struct PanelScene : PanelControllers {
     [[nodiscard]] static QQuickItem* find(const QString& name);
     /// The same, where there must be one.
     [[nodiscard]] static QQuickItem& item(const QString& name);
-    /// Of an item, in the window.
+    /// What the window's edge is around; points, boxes and pictures are in it.
+    [[nodiscard]] static QQuickItem& content();
+    [[nodiscard]] static QPoint inWindow(QPoint point);
+    /// Of an item.
     [[nodiscard]] static QRectF box(const QString& name);
     /// The model that the panel shows.
     [[nodiscard]] static QObject& model();
