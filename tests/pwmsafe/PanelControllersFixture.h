@@ -9,6 +9,17 @@
 
 namespace noctra {
 
+inline PwmSafeServices pwmSafeServices(SimulatedDesktop& desktop,
+                                       const DisplayServicesBridge& bridge) {
+    return {.log = desktop.log,
+            .mainQueue = desktop.mainQueue,
+            .wallClock = desktop.wall,
+            .preferences = desktop.preferences,
+            .onlineDisplays = desktop.online,
+            .displayChanges = desktop.displayChanges,
+            .bridge = bridge};
+}
+
 /// Both controllers on a simulated desktop with one built-in panel (display 1), whose brightness
 /// can be set where `controllable` says so.
 struct PanelControllers : testing::Test {
@@ -28,13 +39,7 @@ struct PanelControllers : testing::Test {
                                                       .loginItem = &desktop.loginItem,
                                                       .backlight = &desktop.backlight,
                                                       .onlineDisplays = &desktop.online}),
-          manager({.log = desktop.log,
-                   .mainQueue = desktop.mainQueue,
-                   .wallClock = desktop.wall,
-                   .preferences = desktop.preferences,
-                   .onlineDisplays = desktop.online,
-                   .displayChanges = desktop.displayChanges,
-                   .bridge = bridge}) {
+          manager(pwmSafeServices(desktop, bridge)) {
         desktop.settle();
         desktop.log.messages.clear();
     }

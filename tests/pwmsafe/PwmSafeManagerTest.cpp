@@ -1,13 +1,9 @@
-#include "pwmsafe/PwmSafeManager.h"
-
-#include <memory>
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
-
-#include "platform/simulated/SimulatedDesktop.h"
-#include "pwmsafe/DisplayServicesBridge.h"
+#include "tests/pwmsafe/PanelControllersFixture.h"
 
 namespace noctra {
 
@@ -25,27 +21,18 @@ struct PwmSafe : testing::Test {
         desktop.displayServices.displays;
     std::vector<Call>& calls = desktop.displayServices.calls;
     Lines& log = desktop.log.messages;
-    std::unique_ptr<DisplayServicesBridge> bridge;
-    std::unique_ptr<PwmSafeManager> manager;
+    std::optional<DisplayServicesBridge> bridge;
+    std::optional<PwmSafeManager> manager;
 
     PwmSafe() {
         desktop.online.ids = {5, 9, 3};
         displays = {{3, {.brightness = 0.4F}}, {5, {}}, {9, {.controllable = false}}};
     }
 
-    PwmSafeManager& start() {
+    void start(bool stored = false) {
+        desktop.preferences.store("pwmSafeMode", stored);
         manager.reset();
-        bridge = std::make_unique<DisplayServicesBridge>(desktop.displayServices);
-        manager = std::make_unique<PwmSafeManager>(PwmSafeServices{
-            .log = desktop.log,
-            .mainQueue = desktop.mainQueue,
-            .wallClock = desktop.wall,
-            .preferences = desktop.preferences,
-            .onlineDisplays = desktop.online,
-            .displayChanges = desktop.displayChanges,
-            .bridge = *bridge,
-        });
-        return *manager;
+        manager.emplace(pwmSafeServices(desktop, bridge.emplace(desktop.displayServices)));
     }
     /// Starts, forgets what that left in the records, and switches the mode on.
     void startEnabled() {
@@ -66,87 +53,79 @@ struct PwmSafe : testing::Test {
     [[nodiscard]] bool stored() const { return desktop.preferences.boolForKey("pwmSafeMode"); }
 };
 
-const Call panelFull{Call::Kind::setSmooth, 3, 1.0F};
-const Call monitorFull{Call::Kind::setSmooth, 5, 1.0F};
-const Call panelBack{Call::Kind::set, 3, 0.4F};
-const Call monitorBack{Call::Kind::set, 5, 1.0F};
-const std::vector<Call> ambientLightOff{{Call::Kind::ambientLight, 5, 0.0F},
-                                        {Call::Kind::ambientLight, 3, 0.0F}};
+const std::vector<Call> bothFull{{Call::Kind::setSmooth, 5, 1.0F},
+                                 {Call::Kind::setSmooth, 3, 1.0F}};
+const std::vector<Call> bothBack{{Call::Kind::set, 3, 0.4F}, {Call::Kind::set, 5, 1.0F}};
 
 } // namespace
 
-TEST_F(PwmSafe, StaysInertForGoodWithoutAUsableLibrary) {
-    const std::vector<std::pair<std::set<std::string>, bool>> cases{
-        {{getBrightnessSymbol}, false},       {{setBrightnessSymbol}, false},
-        {{canChangeBrightnessSymbol}, false}, {{setBrightnessSmoothSymbol, enableALCSymbol}, true},
-        {{"the library itself"}, false},
-    };
-    for (const auto& [missing, available] : cases) {
-        desktop.displayServices.present = !missing.contains("the library itself");
-        desktop.displayServices.missing = missing;
-        desktop.preferences.store("pwmSafeMode", true);
-        start();
-        EXPECT_EQ(manager->isAvailable, available) << *missing.begin();
-        EXPECT_EQ(log.front(), std::string("PwmSafeManager init - DisplayServices available: ") +
-                                   (available ? "true" : "false"));
-        EXPECT_TRUE(stored());
-        if (!available) {
-            EXPECT_FALSE(manager->hasControllableDisplay);
-            desktop.advance(Seconds(10));
-            desktop.displayChanges.screenParametersChanged();
-            EXPECT_TRUE(calls.empty());
-            EXPECT_EQ(desktop.mainQueue.pendingCount(), 0U);
-        }
-        manager.reset();
-        forget();
-    }
-}
-
-TEST_F(PwmSafe, LocksVerifiesAndPutsBack) {
-    startEnabled();
-    EXPECT_EQ(calls, (std::vector<Call>{monitorFull, panelFull}));
-    EXPECT_EQ(log, Lines{"PWM-Safe enabled - locked 2 display(s) at 100%"});
-    EXPECT_TRUE(stored());
-    desktop.advance(Seconds(0.74));
-    EXPECT_FALSE(manager->verified);
-    desktop.advance(Seconds(0.02));
-    EXPECT_TRUE(manager->verified);
-    desktop.advance(Seconds(20));
-    EXPECT_EQ(calls.size(), 2U) << "nothing drifts";
-
-    forget();
-    manager->isEnabled = false;
-    EXPECT_EQ(calls, (std::vector<Call>{panelBack, monitorBack})) << "at once, not smoothly";
-    EXPECT_EQ(log, Lines{"PWM-Safe disabled - restored 2 display(s)"});
-    EXPECT_FALSE(manager->verified);
-    EXPECT_FALSE(stored());
-    EXPECT_EQ(desktop.mainQueue.pendingCount(), 0U);
-    EXPECT_FALSE(displays[3].ambientLight) << "that goes back at the end of the run only";
-
-    manager->isEnabled = false;
-    EXPECT_EQ(calls.size(), 2U) << "no change, no work";
-}
-
-TEST_F(PwmSafe, TogglesBackByItselfWhereItCannotBeHad) {
+TEST_F(PwmSafe, TouchesNothingWhereItCannotBeHadAndTogglesBackByItself) {
     struct Case {
         std::set<std::string> missing;
         std::vector<DisplayId> online;
-        const char* reason;
+        bool available;
+        std::string reason;
     };
-    for (const Case& c : std::vector<Case>{
-             {{getBrightnessSymbol}, {3}, "no getBrightness symbol"},
-             {{setBrightnessSymbol, setBrightnessSmoothSymbol}, {3}, "no setBrightness symbol"},
-             {{canChangeBrightnessSymbol}, {3}, "no controllable displays"},
-             {{}, {9}, "no controllable displays"},
-             {{}, {}, "no controllable displays"}}) {
+    for (const Case& c :
+         std::vector<Case>{{{"the library"}, {3}, false, "no getBrightness symbol"},
+                           {{getBrightnessSymbol}, {3}, false, "no getBrightness symbol"},
+                           {{setBrightnessSymbol, setBrightnessSmoothSymbol},
+                            {3},
+                            false,
+                            "no setBrightness symbol"},
+                           {{canChangeBrightnessSymbol}, {3}, false, "no controllable displays"},
+                           {{}, {9}, true, "no controllable displays"}}) {
+        desktop.displayServices.present = !c.missing.contains("the library");
         desktop.displayServices.missing = c.missing;
         desktop.online.ids = c.online;
-        startEnabled();
-        EXPECT_EQ(log.front(), std::string("PWM-Safe enable aborted: ") + c.reason);
+        log.clear();
+        start(true);
+        desktop.displayChanges.screenParametersChanged();
+        desktop.advance(Seconds(10));
+        EXPECT_EQ(manager->isAvailable, c.available) << c.reason;
+        EXPECT_FALSE(manager->hasControllableDisplay) << c.reason;
+        EXPECT_TRUE(stored()) << c.reason << ": left for a later start";
+
+        manager->isEnabled = true;
+        EXPECT_EQ(desktop.log.count("PWM-Safe enable aborted: " + c.reason), 1U);
         EXPECT_FALSE(manager->isEnabled) << c.reason;
+        EXPECT_FALSE(stored()) << c.reason;
+        EXPECT_TRUE(calls.empty()) << c.reason;
+        EXPECT_EQ(desktop.mainQueue.pendingCount(), 0U) << c.reason;
+    }
+}
+
+TEST_F(PwmSafe, LocksVerifiesAndPutsBackWithTheSmoothSetterAndWithoutIt) {
+    for (const bool smooth : {true, false}) {
+        if (!smooth)
+            desktop.displayServices.missing = {setBrightnessSmoothSymbol};
+        displays[3].brightness = 0.4F;
+        desktop.displayServices.opened.clear();
+        desktop.displayServices.lookedUp.clear();
+        startEnabled();
+        EXPECT_EQ(calls.size(), 2U);
+        EXPECT_EQ(calls == bothFull, smooth);
+        EXPECT_EQ(displays[3].brightness, 1.0F);
+        EXPECT_EQ(log, Lines{"PWM-Safe enabled - locked 2 display(s) at 100%"});
+        EXPECT_TRUE(stored());
+        desktop.advance(Seconds(0.74));
+        EXPECT_FALSE(manager->verified);
+        desktop.advance(Seconds(0.02));
+        EXPECT_TRUE(manager->verified);
+        desktop.advance(Seconds(20));
+        EXPECT_EQ(calls.size(), 2U) << "nothing drifts";
+
+        forget();
+        manager->isEnabled = false;
+        manager->isEnabled = false; // no change, no work
+        EXPECT_EQ(calls, bothBack) << "at once, not smoothly";
+        EXPECT_EQ(log, Lines{"PWM-Safe disabled - restored 2 display(s)"});
+        EXPECT_FALSE(manager->verified);
         EXPECT_FALSE(stored());
-        EXPECT_TRUE(calls.empty());
         EXPECT_EQ(desktop.mainQueue.pendingCount(), 0U);
+        EXPECT_FALSE(displays[3].ambientLight) << "that goes back at the end of the run only";
+        EXPECT_EQ(desktop.displayServices.opened.size(), 1U);
+        EXPECT_EQ(desktop.displayServices.lookedUp.size(), 5U) << "each function once";
     }
 }
 
@@ -155,115 +134,98 @@ TEST_F(PwmSafe, RevertsWhenADisplayDoesNotReachFullBrightness) {
         float reached;
         std::int32_t readStatus;
         bool passes;
-        const char* shown;
     };
-    for (const Case& c : std::vector<Case>{{0.985F, 0, false, "0.985"},
-                                           {0.99F, 0, true, ""},
-                                           {0.5F, -5, true, "a failed read counts as a pass"}}) {
+    for (const Case& c : std::vector<Case>{
+             {0.985F, 0, false}, {0.99F, 0, true}, {0.5F, -5, true /* not known */}}) {
         displays[3] = {.brightness = 0.4F};
         startEnabled();
         displays[3].brightness = c.reached;
         displays[3].readStatus = c.readStatus;
         forget();
         desktop.advance(Seconds(0.8));
-        EXPECT_EQ(manager->isEnabled, c.passes) << c.shown;
-        EXPECT_EQ(manager->verified, c.passes) << c.shown;
-        EXPECT_EQ(stored(), c.passes);
-        if (!c.passes) {
-            EXPECT_EQ(log, (Lines{"PWM-Safe verify: display 3 at " + std::string(c.shown) +
-                                      " — below 0.99",
-                                  "PWM-Safe verification FAILED — auto-reverting toggle",
-                                  "PWM-Safe disabled - restored 2 display(s)"}));
-            EXPECT_EQ(calls, (std::vector<Call>{panelBack, monitorBack}));
-            EXPECT_EQ(desktop.mainQueue.pendingCount(), 0U);
-        }
+        EXPECT_EQ(manager->verified, c.passes) << c.reached;
+        EXPECT_EQ(stored(), c.passes) << c.reached;
+        EXPECT_EQ(calls, c.passes ? std::vector<Call>{} : bothBack) << c.reached;
+        EXPECT_EQ(log, c.passes ? Lines{}
+                                : (Lines{"PWM-Safe verify: display 3 at 0.985 — below 0.99",
+                                         "PWM-Safe verification FAILED — auto-reverting toggle",
+                                         "PWM-Safe disabled - restored 2 display(s)"}));
     }
 }
 
-TEST_F(PwmSafe, DrivesADisplayThatDriftsBackAndKeepsTheFirstRecord) {
-    startLocked();
-    displays[5].brightness = 0.5F;
-    desktop.advance(Seconds(5));
-    EXPECT_EQ(log, Lines{"PWM-Safe re-assert: drift detected on display 5 (0.5)"});
-    EXPECT_EQ(calls, (std::vector<Call>{monitorFull, panelFull}));
-    EXPECT_TRUE(manager->verified) << "until the new check says otherwise";
-    desktop.advance(Seconds(1));
-    EXPECT_TRUE(manager->verified);
-    displays[5].ignoresWrites = true;
-    displays[5].brightness = 0.3F;
-    desktop.advance(Seconds(5));
-    EXPECT_FALSE(manager->isEnabled) << "it cannot be held";
-    EXPECT_EQ(calls[calls.size() - 2], panelBack);
-    EXPECT_EQ(calls.back(), monitorBack);
+TEST_F(PwmSafe, DrivesDisplaysBackAtMostOnceASecondAndKeepsTheFirstRecord) {
+    const SimulatedDisplayChanges& changes = desktop.displayChanges;
+    struct Case {
+        std::string reason;
+        std::function<void()> happen;
+        double after; ///< seconds
+    };
+    for (const Case& c : std::vector<Case>{
+             {"drift detected on display 5 (0.5)", [&] { displays[5].brightness = 0.5F; }, 4.2},
+             {"screen params changed",
+              [&] {
+                  changes.screenParametersChanged();
+                  changes.screenParametersChanged();
+              },
+              0.45},
+             {"wake from sleep", [&] { changes.woke(); }, 1.5}}) {
+        displays[3].brightness = 0.4F;
+        displays[5] = {};
+        startLocked(); // 0.8 s ago
+        c.happen();
+        desktop.advance(Seconds(c.after - 0.01));
+        EXPECT_TRUE(calls.empty()) << c.reason;
+        desktop.advance(Seconds(0.02));
+        EXPECT_EQ(log, Lines{"PWM-Safe re-assert: " + c.reason});
+        EXPECT_EQ(calls, bothFull) << c.reason;
+        desktop.advance(Seconds(1));
+        EXPECT_TRUE(manager->verified) << c.reason;
+
+        displays[5] = {.brightness = 0.3F, .ignoresWrites = true};
+        desktop.advance(Seconds(6));
+        EXPECT_FALSE(manager->isEnabled) << "it cannot be held";
+        EXPECT_EQ(std::vector<Call>(calls.end() - 2, calls.end()), bothBack) << c.reason;
+    }
 }
 
-TEST_F(PwmSafe, ReassertsAfterDisplayChangesAndWakingAtMostOnceASecond) {
-    startLocked(); // 0.8 s ago
-    desktop.displayChanges.screenParametersChanged();
-    desktop.advance(Seconds(0.46));
-    EXPECT_EQ(log, Lines{"PWM-Safe re-assert: screen params changed"});
-    desktop.displayChanges.screenParametersChanged();
-    desktop.displayChanges.screenParametersChanged();
-    desktop.advance(Seconds(0.46));
-    EXPECT_EQ(log.size(), 1U) << "throttled, without a line";
-    forget();
-    desktop.displayChanges.woke();
-    desktop.advance(Seconds(1.49));
-    EXPECT_TRUE(calls.empty());
-    desktop.advance(Seconds(0.02));
-    EXPECT_EQ(log, Lines{"PWM-Safe re-assert: wake from sleep"});
-    EXPECT_EQ(calls, (std::vector<Call>{monitorFull, panelFull}));
-}
-
-TEST_F(PwmSafe, ComesBackAtTheNextStartOrWhenADisplayCanBeChanged) {
-    desktop.preferences.store("pwmSafeMode", true);
-    start();
+TEST_F(PwmSafe, ComesBackAtTheNextStartOrOnceADisplayCanBeChanged) {
+    start(true);
     EXPECT_FALSE(manager->isEnabled) << "not from inside the construction";
     desktop.settle();
     EXPECT_TRUE(manager->isEnabled);
 
     desktop.online.ids = {9};
-    displays[9] = {.brightness = 0.6F, .controllable = false};
-    start();
-    desktop.advance(Seconds(10));
-    EXPECT_FALSE(manager->isEnabled);
-    EXPECT_TRUE(stored()) << "left for a later start";
-    displays[9].controllable = true; // the monitor has answered at last
-    desktop.displayChanges.brightnessControlsChanged();
-    desktop.advance(Seconds(1.2));
-    EXPECT_TRUE(manager->isEnabled);
-    EXPECT_EQ(displays[9].brightness, 1.0F);
-
-    manager->isEnabled = false;
-    desktop.displayChanges.brightnessControlsChanged();
-    desktop.advance(Seconds(5));
-    EXPECT_FALSE(manager->isEnabled) << "the user has decided meanwhile";
-
-    desktop.preferences.store("pwmSafeMode", true);
-    desktop.online.ids = {};
-    start();
-    desktop.settle();
-    desktop.online.ids = {9};
+    start(true);
+    desktop.online.ids = {3};
     desktop.displayChanges.brightnessControlsChanged();
     desktop.online.ids = {}; // unplugged again, which is not known yet
     desktop.advance(Seconds(5));
     EXPECT_FALSE(manager->isEnabled);
     EXPECT_TRUE(stored()) << "left for a later start";
+
+    desktop.online.ids = {9};
+    displays[9] = {.brightness = 0.6F}; // the monitor has answered at last
+    desktop.displayChanges.brightnessControlsChanged();
+    desktop.advance(Seconds(1.2));
+    EXPECT_TRUE(manager->isEnabled);
+    EXPECT_EQ(displays[9].brightness, 1.0F);
+    manager->isEnabled = false;
+    desktop.displayChanges.brightnessControlsChanged();
+    desktop.advance(Seconds(5));
+    EXPECT_FALSE(manager->isEnabled) << "the user has decided meanwhile";
 }
 
 TEST_F(PwmSafe, LocksAMonitorThatCanBeChangedOnlyMomentsAfterTheModeCameOn) {
-    displays[5].controllable = false;
-    displays[5].brightness = 0.5F;
+    displays[5] = {.brightness = 0.5F, .controllable = false};
     startEnabled();
     desktop.advance(Seconds(0.2));
     displays[5].controllable = true;
-    desktop.displayChanges.brightnessControlsChanged();
-    desktop.advance(Seconds(1.2));
+    for (int answers = 0; answers < 2; ++answers) {
+        desktop.displayChanges.brightnessControlsChanged();
+        desktop.advance(Seconds(1.2));
+    }
     EXPECT_EQ(displays[5].brightness, 1.0F);
-    forget();
-    desktop.displayChanges.brightnessControlsChanged();
-    desktop.advance(Seconds(1.2));
-    EXPECT_EQ(log, Lines()) << "the same displays as before";
+    EXPECT_EQ(desktop.log.count("PWM-Safe re-assert: brightness controls changed"), 1U);
     manager->isEnabled = false;
     EXPECT_EQ(displays[5].brightness, 0.5F);
 }
@@ -271,33 +233,27 @@ TEST_F(PwmSafe, LocksAMonitorThatCanBeChangedOnlyMomentsAfterTheModeCameOn) {
 TEST_F(PwmSafe, PutsEverythingBackAtTheEndWhateverItsState) {
     for (const bool enabled : {true, false}) {
         displays[3] = {.brightness = 0.4F};
-        enabled ? startLocked() : static_cast<void>(start());
+        enabled ? startLocked() : start();
         forget();
         manager->sealForExit();
         manager->restoreOnExit();
-        Lines lines{"PWM-Safe restoreOnExit - restored " + std::string(enabled ? "2" : "0") +
-                        " display(s)",
-                    "PWM-Safe ALC restored for display 3", "PWM-Safe ALC restored for display 5"};
-        EXPECT_EQ(log, lines);
-        EXPECT_EQ(displays[3].brightness, 0.4F);
-        EXPECT_TRUE(displays[3].ambientLight);
-        EXPECT_EQ(manager->isEnabled, enabled);
-        EXPECT_EQ(stored(), enabled) << "for the next start";
-
+        EXPECT_EQ(log, (Lines{"PWM-Safe restoreOnExit - restored " +
+                                  std::string(enabled ? "2" : "0") + " display(s)",
+                              "PWM-Safe ALC restored for display 3",
+                              "PWM-Safe ALC restored for display 5"}));
         forget();
         manager->restoreOnExit();
-        EXPECT_EQ(log, Lines{"PWM-Safe restoreOnExit - restored 0 display(s)"});
-        EXPECT_TRUE(calls.empty());
+        EXPECT_TRUE(calls.empty()) << "only once";
 
         // Whatever the main thread still does must not lock the displays again, nor say so.
         manager->isEnabled = !enabled;
-        EXPECT_EQ(log.size(), 1U);
         desktop.displayChanges.screenParametersChanged();
         desktop.displayChanges.woke();
         desktop.advance(Seconds(20));
+        EXPECT_EQ(log.size(), 1U);
         EXPECT_EQ(displays[3].brightness, 0.4F);
         EXPECT_TRUE(displays[3].ambientLight);
-        desktop.preferences.store("pwmSafeMode", false);
+        EXPECT_EQ(stored(), enabled) << "for the next start";
     }
 }
 
