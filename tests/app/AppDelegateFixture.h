@@ -21,7 +21,6 @@ struct AppDelegateFixture : testing::Test {
     std::vector<std::string> brightnessRestores; ///< the last log line at each
     SimulatedResources resources;
     SimulatedFonts fonts;
-    bool hasPopover = true;
     SimulatedPopover* popover = nullptr; ///< once it is made
     std::unique_ptr<AppDelegate> owned = std::make_unique<AppDelegate>(AppServices{
         .log = desktop.log,
@@ -39,8 +38,6 @@ struct AppDelegateFixture : testing::Test {
         .statusBar = desktop.statusBar,
         .eventMonitors = desktop.eventMonitors,
         .makePopover = [this]() -> std::unique_ptr<Popover> {
-            if (!hasPopover)
-                return nullptr;
             auto made = std::make_unique<SimulatedPopover>();
             popover = made.get();
             return made;
@@ -72,11 +69,6 @@ struct AppDelegateFixture : testing::Test {
                                .preferences = desktop.preferences,
                                .process = desktop.process});
         return *engine;
-    }
-
-    void launch() {
-        delegate.applicationDidFinishLaunching();
-        desktop.settle();
     }
 };
 

@@ -7,25 +7,17 @@
 
 namespace noctra {
 
-using Paths = std::vector<std::string>;
-
 TEST(BundledFonts, AreRegisteredInOrderPastAMissingAndABrokenOne) {
+    using Paths = std::vector<std::string>;
     SimulatedResources resources;
-    SimulatedFonts none;
-    registerFonts(resources, none);
-    EXPECT_EQ(none.registered, Paths{});
-
-    resources.paths["Anybody-ExtraBold.ttf"] = "/extra";
-    SimulatedFonts one;
-    registerFonts(resources, one);
-    EXPECT_EQ(one.registered, Paths{"/extra"});
-
-    resources.paths["Anybody-Bold.ttf"] = "/broken";
-    SimulatedFonts fonts;
-    fonts.files["/extra"] = {"Anybody-ExtraBold", {"Anybody", 800}};
-    registerFonts(resources, fonts);
-    EXPECT_EQ(fonts.registered, (Paths{"/broken", "/extra"}));
-    EXPECT_TRUE(fonts.find("Anybody-ExtraBold"));
+    for (const Paths& expected : {Paths{}, Paths{"/extra"}, Paths{"/broken", "/extra"}}) {
+        SimulatedFonts fonts;
+        fonts.files["/extra"] = {"Anybody-ExtraBold", {"Anybody", 800}};
+        registerFonts(resources, fonts);
+        EXPECT_EQ(fonts.registered, expected);
+        resources.paths[resources.paths.empty() ? "Anybody-ExtraBold.ttf" : "Anybody-Bold.ttf"] =
+            resources.paths.empty() ? "/extra" : "/broken";
+    }
 }
 
 } // namespace noctra
