@@ -1,7 +1,8 @@
 #include "engine/ColorTemperatureCurve.h"
 
-#include <array>
 #include <limits>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -22,29 +23,24 @@ void expectNear(const ChannelGains& actual, const ChannelGains& expected) {
 
 TEST(ColorTemperatureCurve, GivesTheReferenceColoursOfItsTwoAnchors) {
     expectNear(ColorTemperatureCurve::cctRGB(6500.0), {1.042633, 0.983863, 1.034905});
-    expectNear(ColorTemperatureCurve::cctRGB(2000.0), {2.522300, 0.646484, 0.020048});
-    for (const double below : {1999.0, 1667.0, 0.0, -5.0})
-        EXPECT_EQ(ColorTemperatureCurve::cctRGB(below), ColorTemperatureCurve::cctRGB(2000.0));
+    for (const double lowest : {2000.0, 1999.0, 0.0, -5.0})
+        expectNear(ColorTemperatureCurve::cctRGB(lowest), {2.522300, 0.646484, 0.020048});
     EXPECT_EQ(ColorTemperatureCurve::cctRGB(1e6), ColorTemperatureCurve::cctRGB(25000.0));
 }
 
 TEST(ColorTemperatureCurve, FollowsWarmthFromNeutralToPureRed) {
-    const std::array<std::pair<double, ChannelGains>, 3> approximate{{
-        {0.5, {1.0, 0.885918, 0.327651}},
-        {0.7, {1.0, 0.655876, 0.019336}},
-        {0.9, {1.0, 0.163101, 0.004809}},
-    }};
-    for (const auto& [intensity, gains] : approximate)
+    const double infinity = std::numeric_limits<double>::infinity();
+    const std::vector<std::pair<double, ChannelGains>> cases{
+        {-infinity, {1.0, 1.0, 1.0}},     {-0.0, {1.0, 1.0, 1.0}},
+        {0.5, {1.0, 0.885918, 0.327651}}, {0.7, {1.0, 0.655876, 0.019336}},
+        {0.9, {1.0, 0.163101, 0.004809}}, {1.0, {1.0, 0.0, 0.0}},
+        {infinity, {1.0, 0.0, 0.0}}};
+    for (const auto& [intensity, gains] : cases)
         expectNear(ColorTemperatureCurve::normalizedRGB(intensity), gains);
-    for (const double neutral : {0.0, -0.0, -1.0, -std::numeric_limits<double>::infinity()})
-        EXPECT_EQ(ColorTemperatureCurve::normalizedRGB(neutral), (ChannelGains{1.0, 1.0, 1.0}));
-    for (const double warmest : {1.0, 1.5, std::numeric_limits<double>::infinity()})
-        EXPECT_EQ(ColorTemperatureCurve::normalizedRGB(warmest), (ChannelGains{1.0, 0.0, 0.0}));
 }
 
 TEST(GammaRamp, ScalesEachChannelByItsGainTimesTheBrightnessInOneRounding) {
     GammaTables captured = SimulatedDisplays::linearTables();
-    captured.green[7] = 0.0F;
     GammaTables output;
 
     scaleGammaTables(captured, {1.0, 1.0, 1.0}, 1.0, output);
@@ -56,7 +52,6 @@ TEST(GammaRamp, ScalesEachChannelByItsGainTimesTheBrightnessInOneRounding) {
         EXPECT_EQ(output.green[k], captured.green[k] * static_cast<float>(0.1 * 0.7));
         EXPECT_EQ(output.blue[k], 0.0F);
     }
-    EXPECT_EQ(output.green[7], 0.0F);
 }
 
 } // namespace noctra

@@ -18,14 +18,13 @@ struct EngineFixture : testing::Test {
 
     SimulatedDesktop desktop;
     std::unique_ptr<ColorFilterManager> engine;
-    int libraryLookUps = 0;
 
     EngineFixture() {
         desktop.displays.attach(1, calibratedTables(0.9F));
         desktop.displays.attach(2, calibratedTables(0.8F));
     }
 
-    ColorFilterManager& start() {
+    void start() {
         engine = std::make_unique<ColorFilterManager>(EngineServices{
             .log = desktop.log,
             .mainQueue = desktop.mainQueue,
@@ -38,23 +37,20 @@ struct EngineFixture : testing::Test {
             .onlineDisplays = &desktop.online,
             .brightnessGetter =
                 [this] {
-                    ++libraryLookUps;
                     return reinterpret_cast<display_services::GetBrightness*>(
                         desktop.displayServices.symbol(nullptr,
                                                        display_services::getBrightnessSymbol));
                 },
         });
-        return *engine;
     }
 
     /// Starts the engine and forgets what that left in the records.
-    ColorFilterManager& startQuietly() {
+    void startQuietly() {
         start();
         desktop.advance(Seconds(1));
         desktop.displays.forgetCalls();
         desktop.preferences.forgetWrites();
         desktop.log.messages.clear();
-        return *engine;
     }
 
     /// Tables that are not linear and differ by channel.
