@@ -1,7 +1,6 @@
 #include "platform/linux/GammaResampler.h"
 
 #include <cmath>
-#include <cstdlib>
 #include <limits>
 #include <random>
 
@@ -65,7 +64,8 @@ TEST(GammaResampler, ScalesTheCrtcsOwnLevelsToWithinOneStep) {
         const double error = size == 256 ? 0.51 : 1.0; // nothing but the rounding
         for (std::size_t j = 0; j < written.size(); ++j) {
             EXPECT_NEAR(written.red[j], captured.native.red[j] * 0.6, error) << size << " " << j;
-            EXPECT_NEAR(written.green[j], captured.native.green[j] * 0.25, error) << size << " " << j;
+            EXPECT_NEAR(written.green[j], captured.native.green[j] * 0.25, error)
+                << size << " " << j;
             EXPECT_EQ(written.blue[j], 0) << size << " " << j;
         }
     }
@@ -76,14 +76,12 @@ TEST(GammaResampler, KeepsLevelsInsideTheirRange) {
     wild.red.fill(-1.0F);
     wild.green.fill(std::numeric_limits<float>::quiet_NaN());
     wild.blue.fill(2.5F);
-    for (const std::size_t size : {256U, 1024U}) {
-        NativeTables written;
-        written.resize(size);
-        tablesToNative(wild, nullptr, written);
-        EXPECT_EQ(written.red[size / 2], 0);
-        EXPECT_TRUE(written.green[size / 2] == 0 || written.green[size / 2] == 65535);
-        EXPECT_EQ(written.blue[0], 65535);
-    }
+    NativeTables written;
+    written.resize(1024);
+    tablesToNative(wild, nullptr, written);
+    EXPECT_EQ(written.red[512], 0);
+    EXPECT_TRUE(written.green[512] == 0 || written.green[512] == 65535);
+    EXPECT_EQ(written.blue[512], 65535);
 }
 
 TEST(NativeTables, APlainRampIsToldFromACalibrationHoweverADriverRounds) {
@@ -107,7 +105,6 @@ TEST(NativeTables, APlainRampIsToldFromACalibrationHoweverADriverRounds) {
         bent.blue[size / 2 - 1] = static_cast<std::uint16_t>(bent.blue[size / 2 - 1] + 300);
         EXPECT_FALSE(isPlainRamp(bent)) << size;
     }
-    EXPECT_FALSE(isPlainRamp(powerTables(256)));
 }
 
 } // namespace noctra
