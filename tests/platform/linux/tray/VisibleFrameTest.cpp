@@ -17,7 +17,6 @@ constexpr PixelRect big{0, 0, 1920, 1080};
 constexpr PixelRect small{1920, 200, 1280, 720};
 constexpr PixelRect sideBySide{0, 0, 3200, 1080};
 constexpr PixelRect upper{0, 0, 1280, 800};
-constexpr PixelRect lower{0, 800, 1280, 800};
 constexpr PixelRect stacked{0, 0, 1280, 1600};
 constexpr auto none = std::nullopt;
 
@@ -71,7 +70,6 @@ TEST(VisibleFrame, LeavesOutWhatADockReservesOnItsMonitor) {
     const Strut sides{.left = {800, 0, 1079}, .right = {700, 0, 1079}};
     const std::vector<Case> cases{
         {"top", big, big, {0, 0, 1920, 30}, at(top, 30, 0, 1919), {0, 30, 1920, 1050}, top},
-        {"right", big, big, {1880, 0, 40, 1080}, at(right, 40, 0, 1079), {0, 0, 1880, 1080}, right},
         {"bottom of a monitor that ends above the screen's end",
          small,
          sideBySide,
@@ -86,13 +84,6 @@ TEST(VisibleFrame, LeavesOutWhatADockReservesOnItsMonitor) {
          at(left, 1970, 200, 919),
          {1970, 200, 1230, 720},
          left},
-        {"top of the lower",
-         lower,
-         stacked,
-         {0, 800, 1280, 24},
-         at(top, 824, 0, 1279),
-         {0, 824, 1280, 776},
-         top},
         {"bottom of the upper, counted from the monitor's own edge",
          upper,
          stacked,
