@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "platform/linux/ServerMark.h"
-#include "platform/linux/calibration/ColordProfiles.h"
 #include "platform/linux/calibration/IccProfileProperty.h"
 
 namespace noctra {
@@ -17,19 +16,13 @@ constexpr std::uint16_t watchedChanges =
     XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
     XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE | XCB_RANDR_NOTIFY_MASK_OUTPUT_PROPERTY;
 
-std::vector<std::unique_ptr<ProfileSource>> profileSources(const RandrConnection& connection) {
-    std::vector<std::unique_ptr<ProfileSource>> sources;
-    sources.push_back(std::make_unique<ColordProfiles>());
-    sources.push_back(std::make_unique<IccProfileProperty>(connection.xcb.get(), connection.root));
-    return sources;
-}
-
 } // namespace
 
 RandrDisplays::RandrDisplays(RandrConnection connection, std::unique_ptr<TableRecord> record,
                              Log& log)
     : log_(log), connection_(std::move(connection)), record_(std::move(record)),
-      properties_(connection_.xcb.get()), calibration_(profileSources(connection_)),
+      properties_(connection_.xcb.get()),
+      calibration_(profileSources(connection_.xcb.get(), connection_.root)),
       recordIsOfThisServer_(markServer(connection_)) {
     xcb_randr_select_input(connection_.xcb.get(), connection_.root, watchedChanges);
     refreshScreens();

@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 
+#include "platform/linux/calibration/ColordProfiles.h"
 #include "platform/linux/calibration/PropertyPieces.h"
 
 namespace noctra {
@@ -89,6 +90,14 @@ IccProfile IccProfileProperty::read(xcb_randr_output_t output) const {
             ? first
             : internAtom(connection_, name + '_' + std::to_string(*monitor), MissingAtoms::leave);
     return property == XCB_ATOM_NONE ? IccProfile() : windowProperty(connection_, root_, property);
+}
+
+std::vector<std::unique_ptr<ProfileSource>> profileSources(xcb_connection_t* connection,
+                                                           xcb_window_t root) {
+    std::vector<std::unique_ptr<ProfileSource>> sources;
+    sources.push_back(std::make_unique<ColordProfiles>());
+    sources.push_back(std::make_unique<IccProfileProperty>(connection, root));
+    return sources;
 }
 
 } // namespace noctra

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <memory>
+#include <vector>
+
 #include <xcb/randr.h>
 #include <xcb/xcb.h>
 
@@ -29,5 +32,10 @@ private:
     xcb_connection_t* const connection_;
     const xcb_window_t root_;
 };
+
+/// The sources of profiles where displays are an X server's, in the order in which they are asked:
+/// colord's, then IccProfileProperty. `connection` must outlive them.
+[[nodiscard]] std::vector<std::unique_ptr<ProfileSource>>
+profileSources(xcb_connection_t* connection, xcb_window_t root);
 
 } // namespace noctra
