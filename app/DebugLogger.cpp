@@ -22,7 +22,7 @@ DebugLogger::DebugLogger(const WallClock& clock, const SystemInfo& system, LineO
 }
 
 void DebugLogger::log(std::string_view message) {
-    const std::unique_lock lock(mutex_);
+    const MutexLock lock(mutex_);
     logs_.push_back("[" + stamp() + "] " + std::string(message));
     if (logs_.size() > maxLogs)
         logs_.pop_front();
@@ -34,7 +34,7 @@ std::string DebugLogger::getFullLog() const {
     text += "\n" + system_.systemName() + ": " + system_.systemVersion();
     text += "\nScreens: " + std::to_string(system_.screenCount());
     text += "\n===========================\n";
-    const std::unique_lock lock(mutex_);
+    const MutexLock lock(mutex_);
     for (std::size_t i = 0; i < logs_.size(); ++i) {
         if (i > 0)
             text += '\n';

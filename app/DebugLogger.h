@@ -2,12 +2,12 @@
 
 #include <cstddef>
 #include <deque>
-#include <mutex>
 #include <string>
 #include <string_view>
 
 #include "foundation/Clock.h"
 #include "foundation/Log.h"
+#include "foundation/ThreadSafety.h"
 #include "platform/LineOutput.h"
 #include "platform/SystemInfo.h"
 
@@ -42,8 +42,8 @@ private:
     const WallClock& clock_;
     const SystemInfo& system_;
     LineOutput& output_;
-    mutable std::mutex mutex_;
-    std::deque<std::string> logs_; // guarded by mutex_
+    mutable Mutex mutex_;
+    std::deque<std::string> logs_ GUARDED_BY(mutex_);
 };
 
 } // namespace noctra

@@ -43,7 +43,7 @@ MainQueue::~MainQueue() = default;
 
 void MainQueue::async(std::function<void()> work) {
     {
-        const std::unique_lock lock(mutex_);
+        const MutexLock lock(mutex_);
         inbox_.push_back(std::move(work));
     }
     loop_.wake();
@@ -75,7 +75,7 @@ AnyCancellable MainQueue::watch(int descriptor, std::function<void()> readable) 
 void MainQueue::runDue() {
     std::vector<std::function<void()>> running;
     {
-        const std::unique_lock lock(mutex_);
+        const MutexLock lock(mutex_);
         running.swap(inbox_);
     }
     // Work that this work submits waits for the next turn, so that the loop gets to its events.

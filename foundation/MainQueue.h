@@ -3,13 +3,13 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <vector>
 
 #include "foundation/AnyCancellable.h"
 #include "foundation/Clock.h"
 #include "foundation/RunLoop.h"
+#include "foundation/ThreadSafety.h"
 
 namespace noctra {
 
@@ -85,8 +85,8 @@ private:
     const SteadyClock& clock_;
     std::vector<Timed> timed_; // a handful: a scan beats a heap, and cancelling is an erase
     std::uint64_t nextSequence_ = 0;
-    std::mutex mutex_;
-    std::vector<std::function<void()>> inbox_; // guarded by mutex_
+    Mutex mutex_;
+    std::vector<std::function<void()>> inbox_ GUARDED_BY(mutex_);
 };
 
 } // namespace noctra

@@ -10,8 +10,9 @@ SerialQueue::SerialQueue(std::string label) : label_(std::move(label)) {}
 
 SerialQueue::~SerialQueue() {
     {
-        std::unique_lock lock(mutex_);
-        turnEnded_.wait(lock, [this] { return nowServing_ == nextTurn_; });
+        const MutexLock lock(mutex_);
+        while (nowServing_ != nextTurn_)
+            mutex_.wait(turnEnded_);
         ending_ = true;
     }
     workPending_.notify_one();
@@ -19,7 +20,7 @@ SerialQueue::~SerialQueue() {
 }
 
 void SerialQueue::sync(FunctionRef<void()> work) {
-    std::unique_lock lock(mutex_);
+    const MutexLock lock(mutex_);
     if (runner_ == std::this_thread::get_id()) {
         std::fprintf(stderr,
                      "noctra: programming error: sync on queue %s from inside its own work\n",
@@ -27,22 +28,23 @@ void SerialQueue::sync(FunctionRef<void()> work) {
         std::abort();
     }
     const std::uint64_t turn = nextTurn_++;
-    turnEnded_.wait(lock, [&] { return nowServing_ == turn; });
-    runTurn(lock, work);
+    while (nowServing_ != turn)
+        mutex_.wait(turnEnded_);
+    runTurn(work);
 }
 
 void SerialQueue::async(std::function<void()> work) {
-    const std::unique_lock lock(mutex_);
+    const MutexLock lock(mutex_);
     pending_.push_back({nextTurn_++, std::move(work)});
     if (isWorkersTurn())
         workPending_.notify_one();
 }
 
-void SerialQueue::runTurn(std::unique_lock<std::mutex>& lock, FunctionRef<void()> work) {
+void SerialQueue::runTurn(FunctionRef<void()> work) {
     runner_ = std::this_thread::get_id();
-    lock.unlock();
+    mutex_.unlock();
     work();
-    lock.lock();
+    mutex_.lock();
     runner_ = {};
     ++nowServing_;
     if (isWorkersTurn())
@@ -56,15 +58,16 @@ bool SerialQueue::isWorkersTurn() const {
 }
 
 void SerialQueue::workerLoop() {
-    std::unique_lock lock(mutex_);
+    const MutexLock lock(mutex_);
     for (;;) {
-        workPending_.wait(lock, [this] { return ending_ || isWorkersTurn(); });
+        while (!ending_ && !isWorkersTurn())
+            mutex_.wait(workPending_);
         if (!isWorkersTurn())
             return;
         {
             const std::function<void()> work = std::move(pending_.front().work);
             pending_.pop_front();
-            runTurn(lock, work);
+            runTurn(work);
         }
     }
 }

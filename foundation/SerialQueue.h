@@ -4,11 +4,11 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
-#include <mutex>
 #include <string>
 #include <thread>
 
 #include "foundation/FunctionRef.h"
+#include "foundation/ThreadSafety.h"
 
 namespace noctra {
 
@@ -41,21 +41,20 @@ private:
         std::function<void()> work;
     };
 
-    void runTurn(std::unique_lock<std::mutex>& lock, FunctionRef<void()> work);
+    void runTurn(FunctionRef<void()> work) REQUIRES(mutex_);
     void workerLoop();
-    [[nodiscard]] bool isWorkersTurn() const;
+    [[nodiscard]] bool isWorkersTurn() const REQUIRES(mutex_);
 
     const std::string label_;
-    std::mutex mutex_;
+    Mutex mutex_;
     // Apart, so that synchronous work alone, the common case, never wakes the queue's thread.
     std::condition_variable turnEnded_;   // for callers that wait for their turn, and for the end
     std::condition_variable workPending_; // for the queue's thread
-    // Guarded by mutex_:
-    std::uint64_t nextTurn_ = 0;   // the turn the next submission gets
-    std::uint64_t nowServing_ = 0; // the turn that may run now
-    std::deque<Pending> pending_;
-    std::thread::id runner_;
-    bool ending_ = false;
+    std::uint64_t nextTurn_ GUARDED_BY(mutex_) = 0;   // the turn the next submission gets
+    std::uint64_t nowServing_ GUARDED_BY(mutex_) = 0; // the turn that may run now
+    std::deque<Pending> pending_ GUARDED_BY(mutex_);
+    std::thread::id runner_ GUARDED_BY(mutex_);
+    bool ending_ GUARDED_BY(mutex_) = false;
     // Started at once: a queue that cannot have a thread later, when the process has run out of
     // them, would have taken on work that it cannot do.
     std::thread worker_{[this] {

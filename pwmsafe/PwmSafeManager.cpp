@@ -102,7 +102,7 @@ void PwmSafeManager::applyDisable() {
     if (setter == nullptr)
         return;
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         for (const auto& [display, brightness] : priorBrightnesses_)
             setter(display, brightness);
         services_.log.log("PWM-Safe disabled - restored " +
@@ -117,7 +117,7 @@ void PwmSafeManager::disableALCForControllableDisplays() {
     if (enableALC == nullptr)
         return;
     for (const DisplayId display : controllableDisplayIDs()) {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         if (sealed_ || !alcDisabledDisplays_.insert(display).second)
             continue;
         enableALC(display, false);
@@ -129,7 +129,7 @@ void PwmSafeManager::disableALCForControllableDisplays() {
 /// Returns how many records there are then.
 std::size_t PwmSafeManager::lockAtFull(const std::vector<DisplayId>& displays,
                                        display_services::SetBrightness* setter, Records records) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (sealed_)
         return priorBrightnesses_.size();
     if (records == Records::anew)
@@ -192,7 +192,7 @@ void PwmSafeManager::reassertNow(const std::string& reason) {
 }
 
 void PwmSafeManager::restoreOnExit() {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (auto* setter = services_.bridge.setBrightness())
         for (const auto& [display, brightness] : priorBrightnesses_)
             setter(display, brightness);
@@ -210,23 +210,23 @@ void PwmSafeManager::restoreOnExit() {
 }
 
 void PwmSafeManager::sealForExit() {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     sealed_ = true;
 }
 
 bool PwmSafeManager::isSealed() const {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     return sealed_;
 }
 
 /// Whether the displays that were last set to full brightness are others than `displays`.
 bool PwmSafeManager::locksOthersThan(const std::vector<DisplayId>& displays) const {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     return lockedDisplays_ != std::set<DisplayId>(displays.begin(), displays.end());
 }
 
 std::optional<PwmSafeManager::Reading> PwmSafeManager::firstLowDisplay() const {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     for (const auto& [display, prior] : priorBrightnesses_) {
         const std::optional<float> level = readBrightness(display, 0.0F);
         if (level && *level < lowBelow)

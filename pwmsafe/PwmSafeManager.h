@@ -2,7 +2,6 @@
 
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <set>
 #include <string>
@@ -12,6 +11,7 @@
 #include "foundation/Log.h"
 #include "foundation/MainQueue.h"
 #include "foundation/Observable.h"
+#include "foundation/ThreadSafety.h"
 #include "platform/DisplayServices.h"
 
 namespace noctra {
@@ -121,12 +121,11 @@ private:
     bool resumesLater_ = false;
 
     /// The main thread and the thread that answers signals meet here.
-    mutable std::mutex mutex_;
-    // Guarded by mutex_:
-    std::map<DisplayId, float> priorBrightnesses_;
-    std::set<DisplayId> alcDisabledDisplays_;
-    std::set<DisplayId> lockedDisplays_; // set to full brightness last
-    bool sealed_ = false;
+    mutable Mutex mutex_;
+    std::map<DisplayId, float> priorBrightnesses_ GUARDED_BY(mutex_);
+    std::set<DisplayId> alcDisabledDisplays_ GUARDED_BY(mutex_);
+    std::set<DisplayId> lockedDisplays_ GUARDED_BY(mutex_); ///< set to full brightness last
+    bool sealed_ GUARDED_BY(mutex_) = false;
 
     /// Deferred work holds this weakly and does nothing once the controller is gone.
     const std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);

@@ -6,7 +6,7 @@
 namespace noctra {
 
 void AttachedDisplays::replace(std::vector<AttachedDisplay> displays) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (displays == displays_)
         return;
     displays_ = std::move(displays);
@@ -16,13 +16,13 @@ void AttachedDisplays::replace(std::vector<AttachedDisplay> displays) {
 
 void AttachedDisplays::deliverTo(
     std::function<void(const std::vector<AttachedDisplay>&)> receiver) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     receiver_ = std::move(receiver);
     receiver_(displays_);
 }
 
 std::int32_t AttachedDisplays::list(std::span<DisplayId> ids, std::uint32_t& count) const {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     const std::size_t filled = std::min(ids.size(), displays_.size());
     for (std::size_t i = 0; i < filled; ++i)
         ids[i] = displays_[i].id;
@@ -31,7 +31,7 @@ std::int32_t AttachedDisplays::list(std::span<DisplayId> ids, std::uint32_t& cou
 }
 
 bool AttachedDisplays::isBuiltIn(DisplayId display) const {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     return std::ranges::any_of(displays_, [&](const AttachedDisplay& known) {
         return known.id == display && known.builtIn;
     });

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <functional>
-#include <mutex>
 #include <vector>
 
+#include "foundation/ThreadSafety.h"
 #include "platform/DisplayIdentity.h"
 #include "platform/OnlineDisplays.h"
 
@@ -21,10 +21,9 @@ public:
     [[nodiscard]] bool isBuiltIn(DisplayId display) const override;
 
 private:
-    mutable std::mutex mutex_;
-    // Guarded by mutex_:
-    std::vector<AttachedDisplay> displays_;
-    std::function<void(const std::vector<AttachedDisplay>&)> receiver_;
+    mutable Mutex mutex_;
+    std::vector<AttachedDisplay> displays_ GUARDED_BY(mutex_);
+    std::function<void(const std::vector<AttachedDisplay>&)> receiver_ GUARDED_BY(mutex_);
 };
 
 } // namespace noctra

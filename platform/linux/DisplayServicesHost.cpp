@@ -26,7 +26,7 @@ void DisplayServicesHost::adopt(void* library) {
         !findSymbol(library, finishSymbol, finish))
         return;
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         if (finish_ != nullptr)
             return;
         takeNews_ = takeNews;
@@ -47,7 +47,7 @@ bool DisplayServicesHost::hasLevelsToPutBack() {
 
 void DisplayServicesHost::hearNews() const {
     const std::uint32_t news = [this] {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         return takeNews_ != nullptr ? takeNews_() : 0;
     }();
     if ((news & display_services::backlightWritten) != 0)
@@ -60,7 +60,7 @@ void DisplayServicesHost::finish(Seconds patience) {
     display_services::Finish* finish = nullptr;
     Seconds left{0};
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         finish = finish_;
         if (!deadline_)
             deadline_ = clock_.now() +

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <functional>
-#include <mutex>
 #include <optional>
 
 #include "foundation/Clock.h"
 #include "foundation/MainQueue.h"
+#include "foundation/ThreadSafety.h"
 #include "platform/linux/AttachedDisplays.h"
 #include "platform/linux/displayservices/HostFunctions.h"
 
@@ -49,11 +49,10 @@ private:
     const Handlers handlers_;
     AnyCancellable watch_; // main thread
 
-    mutable std::mutex mutex_;
-    // Guarded by mutex_:
-    display_services::TakeNews* takeNews_ = nullptr;
-    display_services::Finish* finish_ = nullptr;
-    std::optional<SteadyClock::TimePoint> deadline_;
+    mutable Mutex mutex_;
+    display_services::TakeNews* takeNews_ GUARDED_BY(mutex_) = nullptr;
+    display_services::Finish* finish_ GUARDED_BY(mutex_) = nullptr;
+    std::optional<SteadyClock::TimePoint> deadline_ GUARDED_BY(mutex_);
 };
 
 } // namespace noctra

@@ -6,7 +6,7 @@ namespace noctra {
 
 AnyCancellable LinuxDisplayChanges::subscribe(Handlers handlers) {
     auto subscriber = std::make_shared<Handlers>(std::move(handlers));
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     subscribers_.emplace_back(subscriber);
     return AnyCancellable(std::move(subscriber));
 }
@@ -38,7 +38,7 @@ void LinuxDisplayChanges::brightnessControlsChanged() const {
 
 std::vector<std::shared_ptr<const DisplayChanges::Handlers>>
 LinuxDisplayChanges::subscribers() const {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     std::vector<std::shared_ptr<const Handlers>> alive;
     std::erase_if(subscribers_, [&](const auto& weak) {
         auto subscriber = weak.lock();

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 #include <vector>
 
+#include "foundation/ThreadSafety.h"
 #include "platform/DisplayChanges.h"
 
 namespace noctra {
@@ -33,8 +33,8 @@ public:
 private:
     [[nodiscard]] std::vector<std::shared_ptr<const Handlers>> subscribers() const;
 
-    mutable std::mutex mutex_;
-    mutable std::vector<std::weak_ptr<const Handlers>> subscribers_; // guarded by mutex_
+    mutable Mutex mutex_;
+    mutable std::vector<std::weak_ptr<const Handlers>> subscribers_ GUARDED_BY(mutex_);
 };
 
 } // namespace noctra

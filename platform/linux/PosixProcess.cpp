@@ -3,7 +3,6 @@
 #include <condition_variable>
 #include <csignal>
 #include <cstdlib>
-#include <mutex>
 #include <optional>
 #include <thread>
 #include <utility>
@@ -12,21 +11,21 @@
 #include <pthread.h>
 #include <unistd.h>
 
+#include "foundation/ThreadSafety.h"
 #include "platform/linux/CrashSignals.h"
 
 namespace noctra {
 
 struct PosixProcess::State {
     sigset_t taken{};
-    std::mutex mutex;
+    Mutex mutex;
     std::condition_variable deadlineSet;
-    // Guarded by mutex:
-    std::function<void(TerminationSignal)> onTermination;
-    std::function<void()> beforeEnd;
-    std::function<void()> onCrash;
-    std::optional<std::chrono::steady_clock::time_point> deadline;
-    int statusAtDeadline = 0;
-    std::function<void()> lastResort;
+    std::function<void(TerminationSignal)> onTermination GUARDED_BY(mutex);
+    std::function<void()> beforeEnd GUARDED_BY(mutex);
+    std::function<void()> onCrash GUARDED_BY(mutex);
+    std::optional<std::chrono::steady_clock::time_point> deadline GUARDED_BY(mutex);
+    int statusAtDeadline GUARDED_BY(mutex) = 0;
+    std::function<void()> lastResort GUARDED_BY(mutex);
     // Neither thread is ever joined: they wait until the process ends, and touch only this object,
     // which is never destroyed.
     std::thread taker;
@@ -87,7 +86,7 @@ void PosixProcess::takeSignals() {
         std::function<void(TerminationSignal)> onTermination;
         std::function<void()> onCrash;
         {
-            const std::lock_guard lock(state_->mutex);
+            const MutexLock lock(state_->mutex);
             onTermination = state_->onTermination;
             onCrash = state_->onCrash;
         }
@@ -105,12 +104,13 @@ void PosixProcess::takeSignals() {
 }
 
 void PosixProcess::watch() {
-    std::unique_lock lock(state_->mutex);
-    state_->deadlineSet.wait(lock, [this] { return state_->deadline.has_value(); });
+    state_->mutex.lock();
+    while (!state_->deadline)
+        state_->mutex.wait(state_->deadlineSet);
     const auto deadline = *state_->deadline;
     const int status = state_->statusAtDeadline;
     const std::function<void()> lastResort = std::move(state_->lastResort);
-    lock.unlock();
+    state_->mutex.unlock();
     std::this_thread::sleep_until(deadline);
     if (lastResort)
         lastResort();
@@ -125,12 +125,12 @@ std::optional<std::string> PosixProcess::environment(std::string_view name) cons
 }
 
 void PosixProcess::onTerminationSignal(std::function<void(TerminationSignal)> handler) {
-    const std::lock_guard lock(state_->mutex);
+    const MutexLock lock(state_->mutex);
     state_->onTermination = std::move(handler);
 }
 
 void PosixProcess::endAfter(Seconds delay, int status, std::function<void()> lastResort) {
-    const std::lock_guard lock(state_->mutex);
+    const MutexLock lock(state_->mutex);
     if (state_->deadline)
         return;
     state_->deadline = std::chrono::steady_clock::now() +
@@ -145,19 +145,19 @@ void PosixProcess::holdSignalThread(Seconds time) {
 }
 
 void PosixProcess::beforeEnd(std::function<void()> lastWork) {
-    const std::lock_guard lock(state_->mutex);
+    const MutexLock lock(state_->mutex);
     state_->beforeEnd = std::move(lastWork);
 }
 
 void PosixProcess::onCrash(std::function<void()> answer) {
-    const std::lock_guard lock(state_->mutex);
+    const MutexLock lock(state_->mutex);
     state_->onCrash = std::move(answer);
 }
 
 void PosixProcess::endNow(int status) {
     std::function<void()> lastWork;
     {
-        const std::lock_guard lock(state_->mutex);
+        const MutexLock lock(state_->mutex);
         lastWork = state_->beforeEnd;
     }
     if (lastWork)

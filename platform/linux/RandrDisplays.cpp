@@ -36,7 +36,7 @@ int RandrDisplays::descriptor() const {
 }
 
 RandrDisplays::News RandrDisplays::processEvents() {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     drainEvents(true);
     if (takesPart_)
         bringUpToDate();
@@ -49,14 +49,14 @@ RandrDisplays::News RandrDisplays::processEvents() {
 }
 
 void RandrDisplays::onNews(std::function<void()> arrived) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     newsArrived_ = std::move(arrived);
     if (changeToReport_ && newsArrived_)
         newsArrived_();
 }
 
 void RandrDisplays::attachedScreens(std::vector<DisplayId>& ids) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     drainEvents(true);
     takesPart_ = true;
     bringUpToDate();
@@ -68,7 +68,7 @@ void RandrDisplays::attachedScreens(std::vector<DisplayId>& ids) {
 
 Displays::Status RandrDisplays::readTables(DisplayId display, GammaTables& tables,
                                            std::uint32_t& sampleCount) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     Screen* screen = find(display);
     if (screen == nullptr)
         return noSuchDisplay;
@@ -91,13 +91,13 @@ Displays::Status RandrDisplays::readTables(DisplayId display, GammaTables& table
 }
 
 void RandrDisplays::writeTables(DisplayId display, const GammaTables& tables) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     captured_.setFiltered(display, true);
     queueWrite(display, tables);
 }
 
 void RandrDisplays::giveBackTables(DisplayId display, const GammaTables& tables) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     captured_.setFiltered(display, false);
     queueWrite(display, tables);
 }
@@ -114,7 +114,7 @@ void RandrDisplays::queueWrite(DisplayId display, const GammaTables& tables) {
 }
 
 void RandrDisplays::settle(FunctionRef<void(DisplayId, Status)> failed) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     roundTrip();
     for (const Write& write : writes_)
         if (write.status != 0)
@@ -123,7 +123,7 @@ void RandrDisplays::settle(FunctionRef<void(DisplayId, Status)> failed) {
 }
 
 void RandrDisplays::restoreCalibratedTables() {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     drainEvents(true);
     takesPart_ = true;
     refreshScreens();
@@ -347,7 +347,7 @@ void RandrDisplays::roundTrip() {
 }
 
 void RandrDisplays::reassertTables() {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     roundTrip(); // settles writes that `settle` has not waited for yet
     for (const Screen& screen : screens_) {
         Status status = 0;

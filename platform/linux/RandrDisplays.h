@@ -3,12 +3,12 @@
 #include <atomic>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "foundation/Log.h"
+#include "foundation/ThreadSafety.h"
 #include "platform/Displays.h"
 #include "platform/linux/AttachedDisplays.h"
 #include "platform/linux/CapturedDisplays.h"
@@ -75,45 +75,49 @@ private:
         Status status;
     };
 
-    void queueWrite(DisplayId display, const GammaTables& tables);
-    void drainEvents(bool readSocket);
-    void noteEvent(const xcb_generic_event_t& event);
-    void noteChange();
-    void refreshScreens();
-    void bringUpToDate();
-    void freeUnusedCrtcs();
-    [[nodiscard]] std::optional<NativeTables> readForTakeover(Screen& screen);
-    [[nodiscard]] NativeTables ownTables(const Screen& screen, const NativeTables& current);
-    void adopt(Screen& screen);
-    void calibrate(Screen& screen);
+    void queueWrite(DisplayId display, const GammaTables& tables) REQUIRES(mutex_);
+    void drainEvents(bool readSocket) REQUIRES(mutex_);
+    void noteEvent(const xcb_generic_event_t& event) REQUIRES(mutex_);
+    void noteChange() REQUIRES(mutex_);
+    void refreshScreens() REQUIRES(mutex_);
+    void bringUpToDate() REQUIRES(mutex_);
+    void freeUnusedCrtcs() REQUIRES(mutex_);
+    [[nodiscard]] std::optional<NativeTables> readForTakeover(Screen& screen) REQUIRES(mutex_);
+    [[nodiscard]] NativeTables ownTables(const Screen& screen, const NativeTables& current)
+        REQUIRES(mutex_);
+    void adopt(Screen& screen) REQUIRES(mutex_);
+    void calibrate(Screen& screen) REQUIRES(mutex_);
     /// Queues a write; its outcome is in writes_ after roundTrip.
-    void send(DisplayId display, xcb_randr_crtc_t crtc, const NativeTables& tables);
-    void roundTrip();
+    void send(DisplayId display, xcb_randr_crtc_t crtc, const NativeTables& tables)
+        REQUIRES(mutex_);
+    void roundTrip() REQUIRES(mutex_);
     /// Writes and waits. A failure is logged here; it belongs to no write that a caller asked for.
-    void writeNow(xcb_randr_crtc_t crtc, const NativeTables& tables);
-    [[nodiscard]] Screen* find(DisplayId display);
+    void writeNow(xcb_randr_crtc_t crtc, const NativeTables& tables) REQUIRES(mutex_);
+    [[nodiscard]] Screen* find(DisplayId display) REQUIRES(mutex_);
     /// As log lines about the display begin.
     [[nodiscard]] static std::string nameOf(const Screen& screen);
 
     Log& log_;
-    std::mutex mutex_; // guards everything below
+    Mutex mutex_; ///< also for requests on the connection
     RandrConnection connection_;
-    std::unique_ptr<TableRecord> record_;
+    std::unique_ptr<TableRecord> record_ GUARDED_BY(mutex_);
     const RandrOutputProperties properties_;
-    DisplayNumbers numbers_;
-    CalibrationLookup calibration_;
-    std::vector<Screen> screens_;
-    std::vector<xcb_randr_crtc_t> crtcs_;
-    CapturedDisplays captured_;
-    std::vector<Write> writes_;
-    NativeTables scratch_;
-    bool configurationStale_ = false;
-    bool changeToReport_ = false;
-    std::vector<DisplayChange> changes_;
-    std::function<void()> newsArrived_;
-    bool takesPart_ = false;    // the program has begun to work with the displays
-    bool crtcsChanged_ = true;  // at first, there is what earlier runs left behind
-    bool recordIsOfThisServer_; // what it knows of an earlier run was on this very server
+    DisplayNumbers numbers_ GUARDED_BY(mutex_);
+    CalibrationLookup calibration_ GUARDED_BY(mutex_);
+    std::vector<Screen> screens_ GUARDED_BY(mutex_);
+    std::vector<xcb_randr_crtc_t> crtcs_ GUARDED_BY(mutex_);
+    CapturedDisplays captured_ GUARDED_BY(mutex_);
+    std::vector<Write> writes_ GUARDED_BY(mutex_);
+    NativeTables scratch_ GUARDED_BY(mutex_);
+    bool configurationStale_ GUARDED_BY(mutex_) = false;
+    bool changeToReport_ GUARDED_BY(mutex_) = false;
+    std::vector<DisplayChange> changes_ GUARDED_BY(mutex_);
+    std::function<void()> newsArrived_ GUARDED_BY(mutex_);
+    /// The program has begun to work with the displays.
+    bool takesPart_ GUARDED_BY(mutex_) = false;
+    bool crtcsChanged_ GUARDED_BY(mutex_) = true; ///< first by what earlier runs left behind
+    /// What the record knows of an earlier run was on this very server.
+    bool recordIsOfThisServer_ GUARDED_BY(mutex_);
     std::atomic<std::size_t> screenCount_ = 0;
     AttachedDisplays online_; // has a lock of its own
 };

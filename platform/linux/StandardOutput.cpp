@@ -28,7 +28,7 @@ StandardOutput::StandardOutput(int descriptor)
 
 StandardOutput::~StandardOutput() {
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         ending_ = true;
     }
     changed_.notify_all();
@@ -38,7 +38,7 @@ StandardOutput::~StandardOutput() {
 
 void StandardOutput::writeLine(std::string_view line) {
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         if (waiting_.size() >= maxWaiting) {
             ++dropped_;
             return;
@@ -52,22 +52,25 @@ void StandardOutput::writeLine(std::string_view line) {
 }
 
 void StandardOutput::drain(Seconds patience) {
-    std::unique_lock lock(mutex_);
-    changed_.wait_for(lock, patience, [this] { return waiting_.empty() && !writing_; });
+    const auto end = std::chrono::steady_clock::now() + patience;
+    const MutexLock lock(mutex_);
+    while ((!waiting_.empty() || writing_) && mutex_.waitUntil(changed_, end)) {
+    }
 }
 
 void StandardOutput::writeWaiting() {
-    std::unique_lock lock(mutex_);
+    const MutexLock lock(mutex_);
     for (;;) {
-        changed_.wait(lock, [this] { return ending_ || !waiting_.empty(); });
+        while (!ending_ && waiting_.empty())
+            mutex_.wait(changed_);
         if (waiting_.empty())
             return;
         const std::string text = std::move(waiting_.front());
         waiting_.pop_front();
         writing_ = true;
-        lock.unlock();
+        mutex_.unlock();
         writeAll(descriptor_, text);
-        lock.lock();
+        mutex_.lock();
         writing_ = false;
         changed_.notify_all();
     }

@@ -2,11 +2,11 @@
 
 #include <condition_variable>
 #include <deque>
-#include <mutex>
 #include <string>
 #include <thread>
 
 #include "foundation/Clock.h"
+#include "foundation/ThreadSafety.h"
 #include "platform/LineOutput.h"
 
 namespace noctra {
@@ -15,8 +15,8 @@ namespace noctra {
 /// own: a reader that has stopped reading (a full pipe, a terminal behind a dead link) holds up
 /// nobody else. Any thread.
 ///
-/// The descriptor that it is given is duplicated: lines still go where it led when something else is
-/// put in its place for a while.
+/// The descriptor that it is given is duplicated: lines still go where it led when something else
+/// is put in its place for a while.
 ///
 /// While more than `maxWaiting` lines wait, new ones are dropped; where lines were dropped, a line
 /// says how many.
@@ -39,13 +39,12 @@ private:
     void writeWaiting();
 
     const int descriptor_;
-    std::mutex mutex_;
+    Mutex mutex_;
     std::condition_variable changed_;
-    // Guarded by mutex_:
-    std::deque<std::string> waiting_;
-    std::size_t dropped_ = 0;
-    bool writing_ = false;
-    bool ending_ = false;
+    std::deque<std::string> waiting_ GUARDED_BY(mutex_);
+    std::size_t dropped_ GUARDED_BY(mutex_) = 0;
+    bool writing_ GUARDED_BY(mutex_) = false;
+    bool ending_ GUARDED_BY(mutex_) = false;
     std::thread writer_{[this] {
         writeWaiting();
     }};

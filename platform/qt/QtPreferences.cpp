@@ -59,6 +59,7 @@ void QtPreferences::open() {
         }
     }
     const QSettings settings(path_, QSettings::IniFormat);
+    const MutexLock lock(valuesMutex_);
     for (const QString& key : settings.childKeys())
         if (!key.isEmpty()) // QSettings warns of it
             values_.insert(key, settings.value(key));
@@ -99,7 +100,7 @@ bool QtPreferences::wasLossless(const QVariantMap& changes) const {
 
 std::optional<QString> QtPreferences::textForKey(std::string_view key) const {
     const QVariant value = [&] {
-        const std::lock_guard lock(valuesMutex_);
+        const MutexLock lock(valuesMutex_);
         return values_.value(keyText(key));
     }();
     if (!value.isValid())
@@ -149,7 +150,7 @@ void QtPreferences::setDouble(std::string_view key, double value) {
 
 void QtPreferences::write(std::string_view key, const QVariant& value) {
     {
-        const std::lock_guard lock(valuesMutex_);
+        const MutexLock lock(valuesMutex_);
         values_.insert(keyText(key), value);
         if (!mayWrite_)
             return;
@@ -163,7 +164,7 @@ void QtPreferences::save() {
 }
 
 QVariantMap QtPreferences::takeUnsaved() {
-    const std::lock_guard lock(valuesMutex_);
+    const MutexLock lock(valuesMutex_);
     return std::exchange(unsaved_, {});
 }
 
@@ -177,7 +178,7 @@ void QtPreferences::writeFile(const QVariantMap& changes) {
     const auto copy = original_.isEmpty() ? std::optional(QString()) : copyOriginal();
     const bool written = copy && writeSettings(path_, changes);
     if (!written) { // it goes with the next save
-        const std::lock_guard lock(valuesMutex_);
+        const MutexLock lock(valuesMutex_);
         for (auto change = changes.begin(); change != changes.end(); ++change)
             if (values_.value(change.key()) == change.value()) // else a newer one is on its way
                 unsaved_.insert(change.key(), change.value());

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <mutex>
 #include <string>
 
 #include <QtCore/QByteArray>
@@ -10,6 +9,7 @@
 #include "foundation/Log.h"
 #include "foundation/MainQueue.h"
 #include "foundation/SerialQueue.h"
+#include "foundation/ThreadSafety.h"
 #include "platform/Preferences.h"
 
 namespace noctra {
@@ -57,10 +57,10 @@ private:
     const QString path_;
     Log& log_;
     bool mayWrite_ = true;
-    mutable std::mutex valuesMutex_;
-    // Guarded by valuesMutex_:
-    QVariantMap values_;  ///< what the file held, and what was written since
-    QVariantMap unsaved_; ///< written since the last save
+    mutable Mutex valuesMutex_;
+    QVariantMap
+        values_ GUARDED_BY(valuesMutex_); ///< what the file held, and what was written since
+    QVariantMap unsaved_ GUARDED_BY(valuesMutex_); ///< written since the last save
     WorkItem saveItem_;
     // On fileQueue_:
     QByteArray original_; ///< what the file held, where rewriting it would lose some of that

@@ -7,15 +7,17 @@ namespace noctra::display_services {
 using Clock = std::chrono::steady_clock;
 
 void PanelActuator::advance() {
-    const std::lock_guard turn(turn_);
+    const MutexLock turn(turn_);
     step(BacklightWriter::usualLimit);
 }
 
 void PanelActuator::advanceUnlessBusy(std::chrono::milliseconds limit) {
-    const std::unique_lock turn(turn_, std::try_to_lock);
+    if (!turn_.tryLock())
+        return;
     const auto end = Clock::now() + limit;
-    while (turn && Clock::now() < end && registry_.isPanelDue(Clock::now()))
+    while (Clock::now() < end && registry_.isPanelDue(Clock::now()))
         step(std::min(BacklightWriter::usualLimit, limit / 2));
+    turn_.unlock();
 }
 
 void PanelActuator::step(std::chrono::milliseconds busLimit) {

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <mutex>
-
+#include "foundation/ThreadSafety.h"
 #include "platform/linux/displayservices/BacklightWriter.h"
 #include "platform/linux/displayservices/DisplayRegistry.h"
 
@@ -20,12 +19,12 @@ public:
     void advanceUnlessBusy(std::chrono::milliseconds limit);
 
 private:
-    void step(std::chrono::milliseconds busLimit);
+    void step(std::chrono::milliseconds busLimit) REQUIRES(turn_);
 
     DisplayRegistry& registry_;
     OwnLevels& ownLevels_;
-    std::mutex turn_;
-    BacklightWriter writer_; // guarded by turn_
+    Mutex turn_;
+    BacklightWriter writer_ GUARDED_BY(turn_);
 };
 
 } // namespace noctra::display_services
