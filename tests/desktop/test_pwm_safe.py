@@ -1,6 +1,7 @@
 """PWM-safe mode, switched on at the panel: backlights and monitors at full power, and back."""
 
 import signal
+import time
 
 import pytest
 
@@ -92,7 +93,15 @@ def test_monitors_are_held_at_full_power_and_put_back(desk, panel):
     monitors = Monitors(desk, 2, value=40)
     program = panel.start(**monitors.options)
     panel.click(PWM_SAFE)
-    assert panel.reads(PWM_SAFE, "ON")
+    waits = []
+
+    def is_on():
+        began = time.monotonic()
+        desk.open("noctra://off")
+        waits.append(time.monotonic() - began)
+        return panel.find(PWM_SAFE, lambda one: one.description == "ON")
+    assert wait_until(is_on)
+    assert max(waits) < 1, "the program waits for a monitor"
     assert monitors.becomes(0, 100) and monitors.becomes(1, 100)
     assert desk.ends_cleanly(program)
     assert [monitors.value(0), monitors.value(1)] == [40, 40]
