@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/linux/displayservices/DisplayRegistry.h"
+#include "platform/linux/displayservices/HostFunctions.h"
 #include "tests/platform/linux/backlight/BacklightFolder.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -296,6 +297,25 @@ TEST(LevelSequences, NeverMakeTheCallerAndTheWorkerWaitForEachOther) {
     for (int i = 0; i < 20000; ++i)
         registry.replaceDisplays(one, TimePoint(1h));
     worker.join();
+}
+
+TEST(LevelSequences, TellTheHostOnceWhenItsLastAnswerIsAnotherOneNow) {
+    OwnLevels levels("");
+    News news;
+    EventDescriptor wake;
+    DisplayRegistry registry(news, wake, levels, {true, "/none"});
+    const TimePoint now(1h);
+    EXPECT_FALSE(registry.canChange(1, now)) << "not known yet";
+    const std::vector<AttachedDisplay> two{{.id = 1, .edid = Edid{}, .connector = "DP-1"},
+                                           {.id = 2, .edid = Edid{1}, .connector = "DP-2"}};
+    registry.replaceDisplays(two, now);
+    registry.monitorsFound({{Edid{}, Edid{1}}}, now);
+    registry.monitorRead(2, MonitorValue{40, 100}, now);
+    EXPECT_EQ(news.take(), 0U) << "nobody has asked for that one";
+    registry.monitorRead(1, MonitorValue{40, 100}, now);
+    EXPECT_EQ(news.take(), controllabilityChanged);
+    registry.monitorRead(1, MonitorValue{50, 100}, now);
+    EXPECT_EQ(news.take(), 0U);
 }
 
 TEST(LevelSequences, EndWithEveryDisplayAtTheLevelThatIsAskedFor) {
