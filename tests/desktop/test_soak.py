@@ -37,6 +37,7 @@ class Soak:
 
     def start(self):
         self.program = self.desk.start(under=self.backlight.under)
+        assert self.program.says("Tray: ")  # the item is there: the panel opens at it, and stays
         self.on = self.locked = False
         self.first = None
 
