@@ -36,9 +36,10 @@ TEST(PdfIcon, DrawsEachOfTheProgramsIconsOnATransparentGround) {
 
 TEST(PdfIcon, IsNothingWhereThereIsNoDocumentOrNoRoom) {
     const test::TemporaryFolder folder;
-    test::writeFile(folder / "part.pdf", test::readFile(icons + "gear.pdf").substr(0, 150));
-    for (const std::string file : {"/nowhere.pdf", NOCTRA_SOURCE_DIR "/LICENSE", NOCTRA_SOURCE_DIR,
-                                   (folder / "part.pdf").c_str()})
+    const std::string part = folder / "part.pdf";
+    test::writeFile(part, test::readFile(icons + "gear.pdf").substr(0, 150));
+    for (const std::string& file : std::vector<std::string>{
+             "/nowhere.pdf", NOCTRA_SOURCE_DIR "/LICENSE", NOCTRA_SOURCE_DIR, part})
         EXPECT_TRUE(draw(file, 18.0, 1.0).isNull()) << file;
     for (const double points : {0.0, -18.0, 1e9, std::nan("")})
         EXPECT_TRUE(draw(icons + "gear.pdf", points, 1.0).isNull()) << points;
