@@ -1,6 +1,8 @@
 #include "platform/qt/pdf/PdfIcon.h"
 
 #include <cmath>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
