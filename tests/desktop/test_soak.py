@@ -37,7 +37,7 @@ class Soak:
 
     def start(self):
         self.program = self.desk.start(under=self.backlight.under)
-        assert self.program.says("Tray: ")  # the item is there: the panel opens at it, and stays
+        assert self.program.says("Tray: ")
         self.on = self.locked = False
         self.first = None
 
@@ -133,7 +133,7 @@ class Soak:
 
     def use_the_panel(self):
         self.desk.open("noctra://show")
-        assert wait_until(self.panel.hands.windows)
+        assert wait_until(self.rests)
         if not self.locked and self.remembered:  # comes back with the panel, and takes the level of now
             assert self.program.says("PWM-Safe enabled")
             self.locked = True
@@ -158,6 +158,12 @@ class Soak:
             self.locked = self.remembered = not self.locked
             assert self.backlight.becomes(1000 if self.locked else self.level)
         self.panel.dismiss()
+
+    def rests(self):
+        """The panel is shown, and follows its item no more: a new item takes its place a moment later."""
+        before = self.panel.hands.windows()
+        time.sleep(0.5)
+        return before and before == self.panel.hands.windows()
 
     def learn_places(self):
         """Once, since assistive technology goes with the first session bus."""
