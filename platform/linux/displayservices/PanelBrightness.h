@@ -19,7 +19,6 @@ class PanelBrightness {
 public:
     /// A backlight with this highest value is there; 0: none. It may be another one than before.
     void setMaximum(unsigned int maximum);
-    [[nodiscard]] unsigned int maximum() const { return maximum_; }
 
     /// Replaces what was wished for. `level` from 0.0 to 1.0; `smoothly` in small steps, else it is
     /// put back.
